@@ -1,0 +1,131 @@
+// Cairo replay of ops: fonts through cairo-ft from the same files the metrics come from.
+#include "foundation/cairo_painter.hpp"
+
+#include <cairo-ft.h>
+#include <cairo-svg.h>
+#include <fontconfig/fontconfig.h>
+
+#include <map>
+#include <mutex>
+
+#include "foundation/atomic_file.hpp"
+#include "foundation/errors.hpp"
+
+namespace quorvel {
+
+namespace {
+
+constexpr double kPenTwips = 10;  // the default thin pen: half a point
+
+// Cairo's own face for a font file, created once; cairo locks it for concurrent use.
+cairo_font_face_t* CairoFaceFor(const FontFace& face) {
+  static std::mutex mutex;
+  static std::map<const FontFace*, cairo_font_face_t*> faces;
+  std::lock_guard<std::mutex> lock(mutex);
+  auto it = faces.find(&face);
+  if (it != faces.end()) return it->second;
+  FcPattern* pattern = FcPatternCreate();
+  FcPatternAddString(pattern, FC_FILE, reinterpret_cast<const FcChar8*>(face.File().c_str()));
+  FcPatternAddInteger(pattern, FC_INDEX, 0);
+  cairo_font_face_t* cairo_face = cairo_ft_font_face_create_for_pattern(pattern);
+  FcPatternDestroy(pattern);
+  faces.emplace(&face, cairo_face);
+  return cairo_face;
+}
+
+cairo_font_options_t* UnhintedOptions() {
+  static cairo_font_options_t* options = [] {
+    cairo_font_options_t* o = cairo_font_options_create();
+    cairo_font_options_set_hint_metrics(o, CAIRO_HINT_METRICS_OFF);
+    cairo_font_options_set_hint_style(o, CAIRO_HINT_STYLE_NONE);
+    return o;
+  }();
+  return options;
+}
+
+cairo_status_t WriteToFile(void* closure, const unsigned char* data, unsigned int length) {
+  return fwrite(data, 1, length, static_cast<FILE*>(closure)) == length ? CAIRO_STATUS_SUCCESS
+                                                                         : CAIRO_STATUS_WRITE_ERROR;
+}
+
+void CheckCairo(cairo_status_t status, const std::string& what) {
+  if (status != CAIRO_STATUS_SUCCESS)
+    Raise(err::kFileError, what + ": " + cairo_status_to_string(status));
+}
+
+}  // namespace
+
+CairoPainter::CairoPainter(cairo_t* cr) : cr_(cr) {
+  cairo_set_font_options(cr_, UnhintedOptions());
+  cairo_set_line_width(cr_, kPenTwips);
+  cairo_set_source_rgb(cr_, 0, 0, 0);
+}
+
+void CairoPainter::operator()(const TextOp& op) {
+  const FontFace& face = FontFace::Get(op.font, op.bold);
+  if (!has_font_ || op.font != last_font_name_ || op.size != last_size_ || op.bold != last_bold_) {
+    cairo_set_font_face(cr_, CairoFaceFor(face));
+    cairo_set_font_size(cr_, op.size * 20.0);  // user units are twips
+    has_font_ = true;
+    last_font_name_ = op.font;
+    last_size_ = op.size;
+    last_bold_ = op.bold;
+  }
+  const double baseline = op.y + face.Ascender() * TwipsPerUnit(face, op.size);
+  cairo_move_to(cr_, op.x, baseline);
+  cairo_show_text(cr_, op.text.c_str());
+}
+
+void CairoPainter::operator()(const LineOp& op) {
+  cairo_move_to(cr_, op.x1, op.y1);
+  cairo_line_to(cr_, op.x2, op.y2);
+  cairo_stroke(cr_);
+}
+
+void CairoPainter::operator()(const BoxOp& op) {
+  cairo_rectangle(cr_, op.x1, op.y1, op.x2 - op.x1, op.y2 - op.y1);
+  cairo_stroke(cr_);
+}
+
+void BeginTwipsPage(cairo_t* cr, double scale, double width, double height) {
+  cairo_identity_matrix(cr);
+  cairo_scale(cr, scale, scale);
+  cairo_set_source_rgb(cr, 1, 1, 1);
+  cairo_rectangle(cr, 0, 0, width, height);
+  cairo_fill(cr);
+  cairo_set_source_rgb(cr, 0, 0, 0);
+}
+
+void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path, double dpi) {
+  const double scale = dpi / 1440.0;
+  const int pixel_width = std::max(1, static_cast<int>(width * scale + 0.5));
+  const int pixel_height = std::max(1, static_cast<int>(height * scale + 0.5));
+  AtomicFile file(path);
+  cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixel_width, pixel_height);
+  cairo_t* cr = cairo_create(image);
+  BeginTwipsPage(cr, scale, width, height);
+  CairoPainter(cr).PaintAll(ops);
+  cairo_destroy(cr);
+  const cairo_status_t status = cairo_surface_write_to_png_stream(image, WriteToFile, file.Stream());
+  cairo_surface_destroy(image);
+  CheckCairo(status, "PNG " + path);
+  file.Commit();
+}
+
+void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path) {
+  AtomicFile file(path);
+  cairo_surface_t* svg =
+      cairo_svg_surface_create_for_stream(WriteToFile, file.Stream(), width / 20.0, height / 20.0);
+  cairo_svg_surface_set_document_unit(svg, CAIRO_SVG_UNIT_PT);
+  cairo_t* cr = cairo_create(svg);
+  BeginTwipsPage(cr, 1.0 / 20.0, width, height);
+  CairoPainter(cr).PaintAll(ops);
+  cairo_destroy(cr);
+  cairo_surface_finish(svg);
+  const cairo_status_t status = cairo_surface_status(svg);
+  cairo_surface_destroy(svg);
+  CheckCairo(status, "SVG " + path);
+  file.Commit();
+}
+
+}  // namespace quorvel

@@ -1,0 +1,59 @@
+// Replays drawing ops into cairo: the one place where ops become pixels, PDF or SVG.
+#pragma once
+
+#include <cairo.h>
+
+#include "foundation/draw_ops.hpp"
+#include "foundation/surface.hpp"
+
+namespace quorvel {
+
+// Paints ops on a cairo context whose user space is twips (origin top-left, y down).
+// Text is set with the same faces and unhinted advances that the surfaces measure with.
+class CairoPainter {
+ public:
+  explicit CairoPainter(cairo_t* cr);
+  void Paint(const DrawOp& op) { std::visit(*this, op); }
+  void PaintAll(const DrawOps& ops) {
+    for (const DrawOp& op : ops) Paint(op);
+  }
+
+  void operator()(const TextOp& op);
+  void operator()(const LineOp& op);
+  void operator()(const BoxOp& op);
+  void operator()(const PageOp&) {}
+  void operator()(const EndOp&) {}
+
+ private:
+  cairo_t* cr_;
+  bool has_font_ = false;  // the previous text op's font is selected: skip redundant selects
+  std::string last_font_name_;
+  double last_size_ = 0;
+  bool last_bold_ = false;
+};
+
+// Sets up `cr` for a page of `width` twips drawn at `scale` device units per twip: white
+// background and twips user space.
+void BeginTwipsPage(cairo_t* cr, double scale, double width, double height);
+
+// A surface that draws each op straight into a cairo context (no recording).
+class CairoSurface : public Surface {
+ public:
+  CairoSurface(cairo_t* cr, double width, double height) : painter_(cr), width_(width), height_(height) {}
+  double Width() const override { return width_; }
+  double Height() const override { return height_; }
+
+ protected:
+  void Emit(DrawOp op) override { painter_.Paint(op); }
+
+ private:
+  CairoPainter painter_;
+  double width_, height_;
+};
+
+// Renders one page of ops to a PNG or SVG file, whole or not at all.
+void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path,
+                  double dpi = 96);
+void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path);
+
+}  // namespace quorvel

@@ -1,0 +1,189 @@
+// The file devices of the printer: PDF through cairo, PNG per page, one SVG, ops JSON Lines.
+#include "foundation/page_devices.hpp"
+
+#include <cairo-pdf.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "foundation/atomic_file.hpp"
+#include "foundation/cairo_painter.hpp"
+#include "foundation/errors.hpp"
+
+namespace quorvel {
+
+namespace {
+
+cairo_status_t WriteToFile(void* closure, const unsigned char* data, unsigned int length) {
+  return fwrite(data, 1, length, static_cast<FILE*>(closure)) == length ? CAIRO_STATUS_SUCCESS
+                                                                         : CAIRO_STATUS_WRITE_ERROR;
+}
+
+std::string Lowercase(std::string s) {
+  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
+  return s;
+}
+
+// Pages stream into the PDF as they finish; cairo keeps only what the fonts need until the end.
+class PdfDevice : public PageDevice {
+ public:
+  explicit PdfDevice(const PrinterOutput& output) : file_(output.path) {
+    surface_ = cairo_pdf_surface_create_for_stream(WriteToFile, file_.Stream(), 595, 842);
+    if (!output.pdf_creation_date.empty()) {
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE,
+                                     output.pdf_creation_date.c_str());
+      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_MOD_DATE,
+                                     output.pdf_creation_date.c_str());
+    }
+    cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "Quorvel");
+    cr_ = cairo_create(surface_);
+  }
+  ~PdfDevice() override {
+    cairo_destroy(cr_);
+    cairo_surface_destroy(surface_);
+  }
+  void Page(const DrawOps& ops, double width, double height) override {
+    cairo_pdf_surface_set_size(surface_, width / 20.0, height / 20.0);
+    cairo_save(cr_);
+    BeginTwipsPage(cr_, 1.0 / 20.0, width, height);
+    CairoPainter(cr_).PaintAll(ops);
+    cairo_restore(cr_);
+    cairo_show_page(cr_);
+    Check();
+  }
+  void Finish() override {
+    cairo_surface_finish(surface_);
+    Check();
+    file_.Commit();
+    results_.push_back(file_.Path());
+  }
+
+ private:
+  void Check() {
+    const cairo_status_t status = cairo_surface_status(surface_);
+    if (status != CAIRO_STATUS_SUCCESS)
+      Raise(err::kFileError, "PDF " + file_.Path() + ": " + cairo_status_to_string(status));
+  }
+  AtomicFile file_;
+  cairo_surface_t* surface_;
+  cairo_t* cr_;
+};
+
+// PATH-1.png, PATH-2.png, …: each page is rendered to a temporary file, all renamed at Finish.
+class PngDevice : public PageDevice {
+ public:
+  explicit PngDevice(const PrinterOutput& output) : stem_(output.path) {
+    if (Lowercase(std::filesystem::path(stem_).extension().string()) == ".png")
+      stem_.erase(stem_.size() - 4);
+    CheckWritable(stem_ + "-1.png");
+  }
+  void Page(const DrawOps& ops, double width, double height) override {
+    const std::string final_name = stem_ + "-" + std::to_string(pages_.size() + 1) + ".png";
+    pages_.push_back(std::make_unique<AtomicFile>(final_name));
+    // Render to the temporary name; the committed rename happens only when the document ends.
+    WritePagePng(ops, width, height, pages_.back()->TempPath() + ".render");
+    std::filesystem::rename(pages_.back()->TempPath() + ".render", pages_.back()->TempPath());
+  }
+  void Finish() override {
+    for (auto& page : pages_) {
+      page->Commit();
+      results_.push_back(page->Path());
+    }
+  }
+
+ private:
+  std::string stem_;
+  std::vector<std::unique_ptr<AtomicFile>> pages_;
+};
+
+// One SVG; the pages of a longer document stand one under the other.
+class SvgDevice : public PageDevice {
+ public:
+  explicit SvgDevice(const PrinterOutput& output) : path_(output.path) { CheckWritable(path_); }
+  void Page(const DrawOps& ops, double width, double height) override {
+    for (const DrawOp& op : ops) all_.push_back(Shifted(op, offset_));
+    width_ = std::max(width_, width);
+    offset_ += height;
+    if (pages_++ > 0) all_.push_back(LineOp{0, offset_ - height, width, offset_ - height});
+  }
+  void Finish() override {
+    WritePageSvg(all_, width_, offset_, path_);
+    results_.push_back(path_);
+  }
+
+ private:
+  static DrawOp Shifted(DrawOp op, double dy) {
+    if (auto* t = std::get_if<TextOp>(&op)) t->y += dy;
+    if (auto* l = std::get_if<LineOp>(&op)) l->y1 += dy, l->y2 += dy;
+    if (auto* b = std::get_if<BoxOp>(&op)) b->y1 += dy, b->y2 += dy;
+    return op;
+  }
+  std::string path_;
+  DrawOps all_;
+  double width_ = 0, offset_ = 0;
+  int pages_ = 0;
+};
+
+// The ops format, with a page op at each page break and an end op at the end.
+class OpsDevice : public PageDevice {
+ public:
+  explicit OpsDevice(const PrinterOutput& output) : file_(output.path) {}
+  void Page(const DrawOps& ops, double, double) override {
+    if (pages_++ > 0) Write(PageOp{});
+    for (const DrawOp& op : ops) Write(op);
+  }
+  void Finish() override {
+    Write(EndOp{});
+    file_.Commit();
+    results_.push_back(file_.Path());
+  }
+
+ private:
+  void Write(const DrawOp& op) {
+    const std::string line = OpToJson(op) + "\n";
+    if (fwrite(line.data(), 1, line.size(), file_.Stream()) != line.size())
+      Raise(err::kFileError, "cannot write " + file_.Path());
+  }
+  AtomicFile file_;
+  int pages_ = 0;
+};
+
+QueueDeviceFactory& QueueFactory() {
+  static QueueDeviceFactory factory;
+  return factory;
+}
+
+}  // namespace
+
+PrinterOutput PrinterOutput::ForPath(const std::string& path) {
+  PrinterOutput output;
+  output.path = path;
+  const std::string ending = Lowercase(std::filesystem::path(path).extension().string());
+  if (ending == ".pdf") output.kind = Kind::Pdf;
+  else if (ending == ".png") output.kind = Kind::Png;
+  else if (ending == ".svg") output.kind = Kind::Svg;
+  else if (ending == ".jsonl") output.kind = Kind::Ops;
+  else Raise(err::kInvalidArgument, "output " + path + ": the ending must be .pdf, .png, .svg or .jsonl");
+  return output;
+}
+
+void RegisterQueueDevice(QueueDeviceFactory factory) { QueueFactory() = std::move(factory); }
+
+std::unique_ptr<PageDevice> OpenPdfDevice(const PrinterOutput& output) {
+  return std::make_unique<PdfDevice>(output);
+}
+
+std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output) {
+  switch (output.kind) {
+    case PrinterOutput::Kind::Pdf: return std::make_unique<PdfDevice>(output);
+    case PrinterOutput::Kind::Png: return std::make_unique<PngDevice>(output);
+    case PrinterOutput::Kind::Svg: return std::make_unique<SvgDevice>(output);
+    case PrinterOutput::Kind::Ops: return std::make_unique<OpsDevice>(output);
+    case PrinterOutput::Kind::Queue:
+      if (!QueueFactory()) Raise(err::kInvalidArgument, "printing to a queue is not available here");
+      return QueueFactory()(output);
+  }
+  Raise(err::kInvalidArgument, "unknown printer output");
+}
+
+}  // namespace quorvel

@@ -1,0 +1,49 @@
+// Where the printer's finished pages go: a PDF, PNG files, an SVG, an ops file, or a print queue.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/draw_ops.hpp"
+
+namespace quorvel {
+
+// What the host chose for the printer's output.
+struct PrinterOutput {
+  enum class Kind { Pdf, Png, Svg, Ops, Queue };
+  Kind kind = Kind::Pdf;
+  std::string path = "quorvel-print.pdf";  // file devices; PNG pages are PATH-1.png, PATH-2.png, …
+  std::string queue;                       // print queue name, empty for the default destination
+  std::string pdf_creation_date;           // fixed "YYYY-MM-DDThh:mm:ss" for repeatable PDFs
+
+  // The device kind from the path's ending: .pdf, .png, .svg, .jsonl; anything else raises.
+  static PrinterOutput ForPath(const std::string& path);
+};
+
+// Receives one document page by page. A device writes nothing visible before Finish; after an
+// exception, or without Finish, what it started is removed.
+class PageDevice {
+ public:
+  virtual ~PageDevice() = default;
+  virtual void Page(const DrawOps& ops, double width, double height) = 0;
+  virtual void Finish() = 0;
+  // The files (or job) that Finish produced, for the host's report.
+  const std::vector<std::string>& Results() const { return results_; }
+
+ protected:
+  std::vector<std::string> results_;
+};
+
+std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output);
+
+// A print-queue device is provided by the layer that links the print system in; until then a
+// queue output raises a clear error.
+using QueueDeviceFactory = std::function<std::unique_ptr<PageDevice>(const PrinterOutput&)>;
+void RegisterQueueDevice(QueueDeviceFactory factory);
+
+// A device writing a PDF to an already open stream (used by the queue device to render a job).
+std::unique_ptr<PageDevice> OpenPdfDevice(const PrinterOutput& output);
+
+}  // namespace quorvel

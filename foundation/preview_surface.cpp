@@ -1,0 +1,33 @@
+// Preview output: the recorded picture as PNG, SVG or ops.
+#include "foundation/preview_surface.hpp"
+
+#include "foundation/atomic_file.hpp"
+#include "foundation/cairo_painter.hpp"
+#include "foundation/errors.hpp"
+
+namespace quorvel {
+
+void PreviewSurface::Clear() {
+  ops_.clear();
+  ResetState();
+}
+
+void PreviewSurface::WritePng(const std::string& path, double dpi) const {
+  WritePagePng(ops_, width_, height_, path, dpi);
+}
+
+void PreviewSurface::WriteSvg(const std::string& path) const { WritePageSvg(ops_, width_, height_, path); }
+
+void PreviewSurface::WriteOps(const std::string& path) const { WriteOpsFile(ops_, path); }
+
+void WriteOpsFile(const DrawOps& ops, const std::string& path) {
+  AtomicFile file(path);
+  for (const DrawOp& op : ops) {
+    const std::string line = OpToJson(op) + "\n";
+    if (fwrite(line.data(), 1, line.size(), file.Stream()) != line.size())
+      Raise(err::kFileError, "cannot write " + path);
+  }
+  file.Commit();
+}
+
+}  // namespace quorvel

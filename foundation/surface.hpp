@@ -1,0 +1,87 @@
+// The drawing surface every layout routine draws on: position, font, measuring, lines and text.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "foundation/draw_ops.hpp"
+#include "foundation/font_metrics.hpp"
+
+namespace quorvel {
+
+// The surface's current font. Only the name "Arial" is ever set by the printers; the other
+// changes are to Size and Bold. A name that no installed font serves is refused at once.
+class SurfaceFont {
+ public:
+  SurfaceFont();
+  const std::string& Name() const { return name_; }
+  void Name(std::string_view name);
+  double Size() const { return size_; }
+  void Size(double points);
+  bool Bold() const { return bold_; }
+  void Bold(bool bold);
+  const FontFace& Face() const { return *face_; }
+
+ private:
+  std::string name_ = "Arial";
+  double size_ = 10;
+  bool bold_ = false;
+  const FontFace* face_;
+};
+
+// The abstract surface. It keeps the state and the Print/Line rules; a concrete surface only
+// says what happens to each finished drawing op (`Emit`) and whether it has NewPage/EndDoc.
+class Surface {
+ public:
+  virtual ~Surface() = default;
+
+  double CurrentX() const { return x_; }
+  void CurrentX(double x) { x_ = x; }
+  double CurrentY() const { return y_; }
+  void CurrentY(double y) { y_ = y; }
+  virtual double Width() const = 0;
+  virtual double Height() const = 0;
+  SurfaceFont& Font() { return font_; }
+  const SurfaceFont& Font() const { return font_; }
+
+  // Width of the text in the current font, in twips; for a CRLF text, its widest line.
+  double TextWidth(std::string_view text) const;
+  double TextWidth(std::u32string_view text) const;
+  // Number of lines × the current font's line height.
+  double TextHeight(std::string_view text) const;
+  double LineHeight() const;
+
+  // Form 4: a straight line; form 20: a rectangle outline. Other forms raise the invalid-argument
+  // error. The position ends at (x2, y2). The colour is accepted and drawn as black.
+  void Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour = 0);
+
+  void Print(std::string_view text);          // form 1: draw, then next line at X 0
+  void Print();                               // form 2: next line without drawing
+  void PrintSameLine(std::string_view text);  // form 3: draw, stay on the line after the text
+
+  // Members that not every surface has: the base raises error 438, like a late-bound call of a
+  // member the object lacks.
+  virtual void NewPage();
+  virtual void EndDoc();
+  // Late-bound call by member name, for members a caller cannot know a surface to have.
+  virtual void CallByName(std::string_view member);
+
+ protected:
+  virtual void Emit(DrawOp op) = 0;
+  // Back to the start state of a document: (0, 0), Arial 10 pt, not bold.
+  void ResetState();
+  void ResetPosition() { x_ = y_ = 0; }
+
+ private:
+  // Draws each CRLF line (empty ones draw nothing); returns the last line.
+  std::string_view DrawLines(std::string_view text);
+
+  double x_ = 0, y_ = 0;
+  SurfaceFont font_;
+};
+
+// True when `obj` is the process-wide system printer: only then may a printer call NewPage.
+bool IsSystemPrinter(const Surface& obj);
+
+}  // namespace quorvel

@@ -1,0 +1,154 @@
+// Text fitting. Every routine measures with the surface's font exactly as the printed layout
+// does; loops that could go round for ever stop as soon as another round cannot change anything.
+#include "foundation/text_fitting.hpp"
+
+#include "foundation/errors.hpp"
+#include "foundation/runtime.hpp"
+#include "foundation/utf8.hpp"
+
+namespace quorvel {
+
+namespace {
+
+const std::u32string kDots = U"...";
+const std::u32string kCrLf = U"\r\n";
+
+std::u32string Left(const std::u32string& t, int64_t n) {
+  return n <= 0 ? std::u32string() : t.substr(0, static_cast<size_t>(std::min<int64_t>(n, t.size())));
+}
+
+std::u32string From(const std::u32string& t, int64_t start1) {  // Mid(t, start1)
+  return start1 - 1 >= static_cast<int64_t>(t.size()) ? std::u32string()
+                                                      : t.substr(static_cast<size_t>(start1 - 1));
+}
+
+std::u32string LTrim(const std::u32string& t) {
+  const size_t first = t.find_first_not_of(U' ');
+  return first == std::u32string::npos ? std::u32string() : t.substr(first);
+}
+
+// The fitting loop shared by AdjustedText and AdjustedText2; `cut` makes one round's text.
+template <class Cut>
+std::string Fit(Surface& obj, std::string& text, int16_t length, Cut cut) {
+  std::u32string t;
+  try {
+    t = DecodeUtf8(text);
+  } catch (const AutomationError&) {
+    return text;  // not a text that can be measured: left as it is
+  }
+  if (obj.TextWidth(t) < length) return text;
+  int16_t n = 0;
+  IgnoreErrors([&] { n = ToInt16(static_cast<double>(t.size()) - 3, "text length"); });
+  if (n < 0) n = 1;
+  bool last_round_at_one = false;
+  while (obj.TextWidth(t) > length) {
+    // A second round in a row that cuts after the first character cannot change the result.
+    if (n == 1 && last_round_at_one) break;
+    last_round_at_one = (n == 1);
+    t = cut(t, n);
+    n = static_cast<int16_t>(n - 3);
+    if (n < 0) n = 1;
+  }
+  text = EncodeUtf8(t);
+  return text;
+}
+
+// Widths of a CRLF-free text's prefixes, in font units, so that the wrap loop measures each
+// candidate line and remainder with one subtraction. The sums are exact integers, so the
+// results are those of measuring every candidate afresh.
+class PrefixWidths {
+ public:
+  PrefixWidths(const Surface& obj, const std::u32string& t) : scale_(TwipsPerUnit(obj.Font().Face(), obj.Font().Size())) {
+    sums_.resize(t.size() + 1);
+    for (size_t k = 0; k < t.size(); ++k) sums_[k + 1] = sums_[k] + obj.Font().Face().Advance(t[k]);
+  }
+  double Width(size_t from, size_t to) const { return static_cast<double>(sums_[to] - sums_[from]) * scale_; }
+
+ private:
+  double scale_;
+  std::vector<int64_t> sums_;
+};
+
+}  // namespace
+
+std::string AdjustedText(Surface& obj, std::string& text, int16_t& length) {
+  return Fit(obj, text, length, [](const std::u32string& t, int16_t n) { return Left(t, n) + kDots; });
+}
+
+std::string AdjustedText2(Surface& obj, std::string& text, int16_t& length) {
+  return Fit(obj, text, length,
+             [](const std::u32string& t, int16_t n) { return Left(t, n) + kCrLf + From(t, n + 1); });
+}
+
+void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::string>& lines) {
+  IgnoreErrors([&] { width = ToInt16(width - obj.TextWidth("W"), "wrap width"); });
+  lines.clear();
+  std::u32string whole;
+  try {
+    whole = DecodeUtf8(text);
+  } catch (const AutomationError&) {
+    lines.push_back(text);
+    return;
+  }
+  const bool has_breaks = whole.find(kCrLf) != std::u32string::npos;
+  const PrefixWidths widths(obj, has_breaks ? std::u32string() : whole);
+  size_t offset = 0;  // the current text is whole[offset..]
+  auto width_of = [&](size_t from, size_t to) {
+    return has_breaks ? obj.TextWidth(std::u32string_view(whole).substr(from, to - from))
+                      : widths.Width(from, to);
+  };
+  if (width_of(0, whole.size()) < width) {
+    lines.push_back(text);
+    return;
+  }
+  int16_t last_blank = 0;
+  while (width_of(offset, whole.size()) > width) {
+    const size_t remaining = whole.size() - offset;
+    size_t line_length = 0;
+    int16_t i = 1;
+    while (width_of(offset, offset + line_length) < width) {
+      if (i >= 1 && static_cast<size_t>(i) <= remaining) {
+        line_length = static_cast<size_t>(i);
+        if (whole[offset + line_length - 1] == U' ') last_blank = i;
+      }
+      const int16_t before = i;
+      IgnoreErrors([&] { i = AddInt16(i, 1, "wrap position"); });
+      if (i < 0) i = 1;
+      if (i == before || static_cast<size_t>(i) > remaining + 1) break;  // cannot grow further
+    }
+    int64_t cut;
+    if (i > last_blank) cut = last_blank > 1 ? last_blank - 1 : i - 1;
+    else cut = i;
+    cut = std::min<int64_t>(std::max<int64_t>(cut, 0), static_cast<int64_t>(remaining));
+    lines.push_back(EncodeUtf8(LTrim(whole.substr(offset, static_cast<size_t>(cut)))));
+    if (cut == 0) break;  // nothing consumed: every further round would be the same
+    offset += static_cast<size_t>(cut);
+  }
+  const std::u32string rest = whole.substr(offset);
+  text = EncodeUtf8(rest);
+  lines.push_back(EncodeUtf8(LTrim(rest)));
+}
+
+void SplitInTwo(Surface& obj, const std::string& text, double width, std::vector<std::string>& lines) {
+  if (!(obj.TextWidth(text) > width)) {
+    lines.push_back(text);
+    return;
+  }
+  const std::u32string t = DecodeUtf8(text);
+  auto next_blank = [&](size_t after) {  // 1-based position of the next blank after `after`, 0 if none
+    const size_t at = t.find(U' ', after);
+    return at == std::u32string::npos ? size_t{0} : at + 1;
+  };
+  size_t p = next_blank(0);
+  while (obj.TextWidth(std::u32string_view(t).substr(0, p)) < width) {
+    p = next_blank(p);
+    if (p == 0) {  // no blank left that ends a wide-enough head
+      lines.push_back(text);
+      return;
+    }
+  }
+  lines.push_back(EncodeUtf8(t.substr(0, p)));
+  lines.push_back(EncodeUtf8(t.substr(p)));
+}
+
+}  // namespace quorvel
