@@ -26,6 +26,9 @@ std::string StandardDescription(int32_t number) {
     case err::kFileError: return "Path/File access error";
     case err::kObjectNotSet: return "Object variable or With block variable not set";
     case err::kNotSupported: return "Object doesn't support this property or method";
+    case 429: return "ActiveX component can't create object";
+    case 449: return "Argument not optional";
+    case 450: return "Wrong number of arguments or invalid property assignment";
     default: return "Application-defined or object-defined error";
   }
 }

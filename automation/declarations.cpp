@@ -1,0 +1,11 @@
+// The whole Quorvel library in the order hosts see it: each subsystem declares its classes.
+#include "automation/declarations.hpp"
+
+namespace quorvel {
+
+void DeclareAllClasses(TypeLibrary& library) {
+  DeclareFoundationClasses(library);
+  DeclareInvoiceClasses(library);
+}
+
+}  // namespace quorvel

@@ -1,0 +1,11 @@
+// One declaring function per subsystem; each lists its classes' members in interface order.
+#pragma once
+
+#include "automation/type_library.hpp"
+
+namespace quorvel {
+
+void DeclareFoundationClasses(TypeLibrary& library);  // ClassCompanyInfo, PreviewSurface
+void DeclareInvoiceClasses(TypeLibrary& library);     // ClassInvoiceItem, ClassInvoice, ClassInvoicePrinter
+
+}  // namespace quorvel
