@@ -41,8 +41,12 @@ void ClassVoucherPrinter::PrintPaymentDetails(Surface& obj, const CollectionRef<
   PrintPaymentDetailsHeader(obj, isReceipt);
   const double top = obj.CurrentY();
   // The count is read again before each row; all rows go on this page.
-  for (int i = 1; i <= Count16(*Payments, "the voucher's Payments"); ++i)
-    PrintPaymentDetailsInfo(obj, *Payments->Item(i));
+  for (int i = 1; i <= Count16(*Payments, "the voucher's Payments"); ++i) {
+    const std::shared_ptr<ClassPayment>& payment = Payments->Item(i);
+    // A host may have added nothing: reaching its fields is the object-not-set error.
+    if (!payment) Raise(err::kObjectNotSet, "Payments item " + std::to_string(i) + " is not set");
+    PrintPaymentDetailsInfo(obj, *payment);
+  }
   printTable(obj, top);
   obj.CurrentX(1009);
   obj.CurrentY(ToInt16(obj.CurrentY(), "table bottom"));

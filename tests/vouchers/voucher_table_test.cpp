@@ -1,6 +1,7 @@
 // The payment-details table on its own: heading rounding, the fixed frame, fitted row values.
 #include <gtest/gtest.h>
 
+#include "foundation/errors.hpp"
 #include "foundation/preview_surface.hpp"
 #include "support/ops_helpers.hpp"
 #include "support/voucher_helpers.hpp"
@@ -83,6 +84,21 @@ TEST(VoucherTable, RowsRunPastTheFrameAndTheBottomRoundsHalvesToEven) {
   EXPECT_EQ(lines[7], (LineOp{10906, top, 10906, top + 3000}));
   EXPECT_EQ(lines[8], (LineOp{1000, 29438.5, 10906, 29438.5}));
   EXPECT_EQ(s.CurrentY(), 29438 + L);
+}
+
+TEST(VoucherTable, AnUnsetPaymentFailsWithObjectNotSet) {
+  ClassVoucherPrinter printer;
+  ClassVoucher v;
+  std::shared_ptr<ClassPayment> nothing;
+  v.AddPayment(nothing);  // accepted unchecked, like any host object
+  PreviewSurface s;
+  try {
+    printer.PrintPaymentDetails(s, v.Payments(), false);
+    ADD_FAILURE() << "no error";
+  } catch (const AutomationError& e) {
+    EXPECT_EQ(e.Number(), err::kObjectNotSet);
+  }
+  EXPECT_EQ(testing::Lines(s.Ops()).size(), 1u);  // stopped after the heading rule
 }
 
 TEST(VoucherTable, RowValuesAreFittedAndAligned) {
