@@ -1,0 +1,222 @@
+// The voucher page drawn on a preview: every position worked out from the layout rules.
+#include <gtest/gtest.h>
+
+#include "foundation/company_info.hpp"
+#include "foundation/preview_surface.hpp"
+#include "support/ops_helpers.hpp"
+#include "support/voucher_helpers.hpp"
+#include "vouchers/voucher_printer.hpp"
+
+namespace quorvel {
+namespace {
+
+using testing::FindText;
+using testing::HalfEven;
+using testing::LineAt;
+using testing::Measure;
+
+const double L = LineAt(10);
+constexpr double kPageWidth = 11906;  // the preview's default A4 width
+const std::string kRule = "........................................";
+
+void ExpectAt(const TextOp& t, double x, double y) {
+  EXPECT_NEAR(t.x, x, 1e-6) << t.text;
+  EXPECT_NEAR(t.y, y, 1e-6) << t.text;
+}
+
+// Signature captions sit one line under their dotted rules, each rule 1000 after the last.
+void ExpectSignatures(const DrawOps& ops, double y) {
+  const double rule = Measure(kRule);
+  std::vector<TextOp> rules;
+  for (const TextOp& t : testing::Texts(ops))
+    if (t.text == kRule) rules.push_back(t);
+  ASSERT_EQ(rules.size(), 3u);
+  const char* captions[] = {"Manager", "Accountant", "Receiver's Sign"};
+  for (int k = 0; k < 3; ++k) {
+    const double start = 1000 + k * (rule + 1000);
+    ExpectAt(rules[k], start, y);
+    ExpectAt(FindText(ops, captions[k]), start + rule / 2 - Measure(captions[k]) / 2, y + L);
+  }
+}
+
+class VoucherPrinterTest : public ::testing::Test {
+ protected:
+  void SetUp() override { testing::ResetVoucherProfile(); }
+  ClassVoucherPrinter printer;
+  PreviewSurface page;
+};
+
+TEST_F(VoucherPrinterTest, PaymentVoucherOnPlainStationery) {
+  ClassVoucher v;
+  testing::FillChequeVoucher(v);
+  printer.PrintDetails = true;
+  printer.PrintReceiptVoucher(page, v, false, false);
+  const DrawOps& ops = page.Ops();
+
+  // Twelve empty 10 pt lines, then the 16 pt title centred on the page.
+  const TextOp title = FindText(ops, "PAYMENT VOUCHER");
+  ExpectAt(title, kPageWidth / 2 - Measure("PAYMENT VOUCHER", 16) / 2, 12 * L);
+  EXPECT_EQ(title.size, 16);
+
+  // The right-hand block at 11906 − 1000 − 1920, from the line under the title.
+  const double y0 = 12 * L + LineAt(16);
+  ExpectAt(FindText(ops, "Date: 14/03/2024"), 8986, y0);
+  ExpectAt(FindText(ops, "NO.  PV-0317"), 8986, y0 + 2 * L);
+  const double y1 = y0 + 4 * L;
+  ExpectAt(FindText(ops, "Amount $"), 8986, y1);
+  const auto boxes = testing::Boxes(ops);
+  ASSERT_EQ(boxes.size(), 1u);
+  EXPECT_NEAR(boxes[0].x1, 8986 + Measure("Amount $"), 1e-6);  // where the label ended
+  EXPECT_NEAR(boxes[0].y1, y1, 1e-6);
+  EXPECT_EQ(boxes[0].x2, 10906);
+  EXPECT_NEAR(boxes[0].y2, y1 + 350, 1e-6);
+  // Bold, right-aligned on the box's right edge, half a label line below the box top: its
+  // line (230 high) lies inside the 350 box.
+  const TextOp amount = FindText(ops, " 12,450.75");
+  EXPECT_TRUE(amount.bold);
+  ExpectAt(amount, 10906 - Measure(" 12,450.75", 10, true), y1 + L / 2);
+  EXPECT_LE(amount.y + L, boxes[0].y2);
+
+  // Payee in bold straight after its label, which is measured in bold.
+  const double payee_y = y1 + L / 2 + 2 * L;
+  ExpectAt(FindText(ops, "Pay To : "), 1000, payee_y);
+  const TextOp payee = FindText(ops, "Corvantis Paper Mills");
+  EXPECT_TRUE(payee.bold);
+  ExpectAt(payee, 1000 + Measure("Pay To : ", 10, true), payee_y);
+  EXPECT_FALSE(FindText(ops, "Pay To : ").bold);
+
+  // The currency name then the words on the same line.
+  const double words_y = payee_y + 2 * L;
+  ExpectAt(FindText(ops, "Dollars   "), 1000, words_y);
+  ExpectAt(FindText(ops, v.SumofAmount), 1000 + Measure("Dollars   "), words_y);
+
+  const double by_y = words_y + 2 * L;
+  ExpectAt(FindText(ops, "BY   CHEQUE  NO.   004518"), 1000, by_y);
+  ExpectAt(FindText(ops, "Bank :  Fernhollow Savings Bank"), 1000, by_y + 2 * L);
+  ExpectAt(FindText(ops, "Cheque Date:  30/03/2024"), 11906 - 1000 - 3000, by_y + 2 * L);
+  const double note_y = by_y + 4 * L;
+  ExpectAt(FindText(ops, "Note:  Paper supply, February"), 1000, note_y);
+
+  // The table: the note's line, its empty line and the table's own, then the heading row at
+  // the whole twip.
+  const double row = HalfEven(note_y + 3 * L);
+  // Columns 1–2: centre − whole width / 2, rounded: "Bill#" 3870 font units = 377.93 twips →
+  // 1700 − 377 / 2 = 1511.5 → 1512; "Date" 4326 = 422.46 → 3150 − 211 = 2939.
+  // Columns 3–6: centre − whole half width: "Org.Amount" 1078.22 → 4700 − 539 = 4161;
+  // "AmountDue" 1056.15 → 6300 − 528 = 5772; "Credits" 633.50 → 7835 − 316 = 7519;
+  // "Payment" 789.26 → 9435 − 394 = 9041.
+  ExpectAt(FindText(ops, "Bill#"), 1512, row);
+  ExpectAt(FindText(ops, "Date"), 2939, row);
+  ExpectAt(FindText(ops, "Org.Amount"), 4161, row);
+  ExpectAt(FindText(ops, "AmountDue"), 5772, row);
+  ExpectAt(FindText(ops, "Credits"), 7519, row);
+  ExpectAt(FindText(ops, "Payment"), 9041, row);
+
+  const double top = row + L;
+  ExpectAt(FindText(ops, " B-1001"), 1000, top);
+  ExpectAt(FindText(ops, "02/02/2024 "), 3900 - Measure("02/02/2024 "), top);
+  ExpectAt(FindText(ops, " B-1002"), 1000, top + L);
+  ExpectAt(FindText(ops, "7,400.75 "), 5500 - Measure("7,400.75 "), top + L);
+  ExpectAt(FindText(ops, "150.00 "), 8700 - Measure("150.00 "), top + L);
+  ExpectAt(FindText(ops, "7,250.75 "), 10906 - Measure("7,250.75 "), top + L);
+
+  // Rules: under the headings, seven verticals 3000 long, the bottom one under the last row.
+  const auto lines = testing::Lines(ops);
+  ASSERT_EQ(lines.size(), 9u);
+  EXPECT_EQ(lines[0], (LineOp{1000, top, 10906, top}));
+  const double xs[] = {1000, 2400, 3900, 5500, 7100, 8700, 10906};
+  for (int k = 0; k < 7; ++k) EXPECT_EQ(lines[1 + k], (LineOp{xs[k], top, xs[k], top + 3000})) << k;
+  EXPECT_EQ(lines[8], (LineOp{1000, top + 2 * L, 10906, top + 2 * L}));
+
+  // One line below the rounded bottom rule, then two empty lines.
+  ExpectSignatures(ops, HalfEven(top + 2 * L) + 3 * L);
+  EXPECT_EQ(testing::CountOps(ops, "end"), 0);  // a preview's EndDoc draws nothing
+}
+
+TEST_F(VoucherPrinterTest, ReceiptVoucherUnderTheLetterhead) {
+  ClassVoucher v;
+  testing::FillChequeVoucher(v);
+  v.PaymentMethod = "Cash";
+  v.ChequeNumber = "";
+  printer.PrintDetails = true;
+  printer.PrintReceiptVoucher(page, v, true, true);
+  const DrawOps& ops = page.Ops();
+
+  EXPECT_EQ(FindText(ops, "Brackwell Tool Supply").size, 20);
+  const double rule_y = testing::Lines(ops).at(0).y1;  // the letterhead's rule
+  const TextOp title = FindText(ops, "RECEIPT VOUCHER");
+  ExpectAt(title, kPageWidth / 2 - Measure("RECEIPT VOUCHER", 16) / 2, rule_y + L);
+
+  const double payee_y = rule_y + L + LineAt(16) + 4 * L + L / 2 + 2 * L;
+  ExpectAt(FindText(ops, "Received From : "), 1000, payee_y);
+  ExpectAt(FindText(ops, "Corvantis Paper Mills"), 1000 + Measure("Received From : ", 10, true), payee_y);
+
+  // Cash: the same pattern with an empty number, and no bank line.
+  const double by_y = payee_y + 4 * L;
+  ExpectAt(FindText(ops, "BY   Cash  NO.   "), 1000, by_y);
+  EXPECT_FALSE(testing::HasText(ops, "Bank :  Fernhollow Savings Bank"));
+  const double note_y = by_y + 2 * L;
+  ExpectAt(FindText(ops, "Note:  Paper supply, February"), 1000, note_y);
+  // "Invoice#" 7628 font units = 744.92 twips → 1700 − 744 / 2 = 1328.
+  ExpectAt(FindText(ops, "Invoice#"), 1328, HalfEven(note_y + 3 * L));
+  EXPECT_FALSE(testing::HasText(ops, "Bill#"));
+}
+
+TEST_F(VoucherPrinterTest, TitleAndChequeTestFollowTheSwitches) {
+  ClassVoucher v;
+  testing::FillChequeVoucher(v);
+  printer.Title = "CASH RECEIPT";
+  for (bool receipt : {false, true}) {
+    PreviewSurface s;
+    printer.PrintReceiptVoucher(s, v, false, receipt);
+    ExpectAt(FindText(s.Ops(), "CASH RECEIPT"), kPageWidth / 2 - Measure("CASH RECEIPT", 16) / 2, 12 * L);
+    EXPECT_FALSE(testing::HasText(s.Ops(), "PAYMENT VOUCHER"));
+    EXPECT_FALSE(testing::HasText(s.Ops(), "RECEIPT VOUCHER"));
+  }
+  // Any case of "cheque" prints the bank line; only the exact method text shows on the BY line.
+  for (const std::string method : {"Cheque", "cheque", "CHEQUE", "Cheques", "Cash"}) {
+    PreviewSurface s;
+    v.PaymentMethod = method;
+    printer.PrintReceiptVoucher(s, v, false, false);
+    EXPECT_TRUE(testing::HasText(s.Ops(), "BY   " + method + "  NO.   004518")) << method;
+    const bool cheque = method == "Cheque" || method == "cheque" || method == "CHEQUE";
+    EXPECT_EQ(testing::HasText(s.Ops(), "Bank :  Fernhollow Savings Bank"), cheque) << method;
+    EXPECT_EQ(testing::HasText(s.Ops(), "Cheque Date:  30/03/2024"), cheque) << method;
+  }
+}
+
+TEST_F(VoucherPrinterTest, PlainStationeryKeepsTwelveLinesBelowTheTopMargin) {
+  ClassCompanyInfo().SetTopMargin(500);
+  ClassVoucher v;
+  page.Font().Size(12);  // the blank lines are in the font the surface brings
+  printer.PrintReceiptVoucher(page, v, false, false);
+  const auto texts = testing::Texts(page.Ops());
+  ASSERT_FALSE(texts.empty());
+  EXPECT_EQ(texts[0].text, "PAYMENT VOUCHER");  // nothing drawn above it
+  EXPECT_NEAR(texts[0].y, 500 + 12 * LineAt(12), 1e-6);
+  EXPECT_TRUE(testing::Lines(page.Ops()).empty());
+}
+
+TEST_F(VoucherPrinterTest, DetailsWithoutPaymentsPrintNoTable) {
+  ClassVoucher v;
+  testing::FillChequeVoucher(v);
+  v.Payments()->Remove(1);
+  v.Payments()->Remove(1);
+  printer.PrintDetails = true;
+  printer.PrintReceiptVoucher(page, v, false, false);
+  EXPECT_FALSE(testing::HasText(page.Ops(), "Bill#"));
+  EXPECT_TRUE(testing::Lines(page.Ops()).empty());
+  // Signatures come after the note's line, its empty line and two more.
+  ExpectSignatures(page.Ops(), FindText(page.Ops(), "Note:  Paper supply, February").y + 4 * L);
+
+  // Payments present but details switched off: no table either.
+  testing::FillChequeVoucher(v);
+  printer.PrintDetails = false;
+  PreviewSurface s;
+  printer.PrintReceiptVoucher(s, v, false, false);
+  EXPECT_FALSE(testing::HasText(s.Ops(), "Bill#"));
+  EXPECT_FALSE(testing::HasText(s.Ops(), " B-1001"));
+}
+
+}  // namespace
+}  // namespace quorvel
