@@ -114,10 +114,19 @@ template <class U> struct Arg<std::shared_ptr<U>&> : Arg<std::shared_ptr<U>> {
   static constexpr bool by_ref = true;
   static std::shared_ptr<U>& Pass(std::shared_ptr<U>& h) { return h; }
 };
+template <class U> struct Arg<const std::shared_ptr<U>&> : Arg<std::shared_ptr<U>> {
+  static const std::shared_ptr<U>& Pass(const std::shared_ptr<U>& h) { return h; }
+};
+
+template <class U> struct IsSharedPtr : std::false_type {};
+template <class U> struct IsSharedPtr<std::shared_ptr<U>> : std::true_type {};
+template <class U>
+constexpr bool kIsDocument = std::is_class_v<U> && !std::is_const_v<U> && !std::is_same_v<U, std::string> &&
+                             !std::is_same_v<U, Surface> && !std::is_same_v<U, Variant> && !IsSharedPtr<U>::value;
+
 // A document passed by reference (ClassInvoice&): it must be set.
 template <class U>
-struct Arg<U&, std::enable_if_t<std::is_class_v<U> && !std::is_same_v<U, std::string> &&
-                                !std::is_same_v<U, Surface> && !std::is_same_v<U, Variant>>> {
+struct Arg<U&, std::enable_if_t<kIsDocument<U>>> {
   static constexpr bool by_ref = true;
   using Holder = std::shared_ptr<U>;
   static TypeRef Type() { return ObjectType<U>(); }
@@ -128,6 +137,12 @@ struct Arg<U&, std::enable_if_t<std::is_class_v<U> && !std::is_same_v<U, std::st
   }
   static U& Pass(Holder& h) { return *h; }
   static Variant Back(const Holder& h) { return MakeRef(h); }
+};
+// A line passed for reading only (const ClassPayment&).
+template <class U>
+struct Arg<const U&, std::enable_if_t<kIsDocument<U>>> : Arg<U&> {
+  static constexpr bool by_ref = false;
+  static const U& Pass(std::shared_ptr<U>& h) { return *h; }
 };
 
 // Results back to a Variant.

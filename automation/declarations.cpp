@@ -5,6 +5,7 @@ namespace quorvel {
 
 void DeclareAllClasses(TypeLibrary& library) {
   DeclareFoundationClasses(library);
+  DeclareVoucherClasses(library);
   DeclareInvoiceClasses(library);
 }
 

@@ -6,6 +6,7 @@
 namespace quorvel {
 
 void DeclareFoundationClasses(TypeLibrary& library);  // ClassCompanyInfo, PreviewSurface
+void DeclareVoucherClasses(TypeLibrary& library);     // ClassPayment, ClassVoucher, ClassVoucherPrinter
 void DeclareInvoiceClasses(TypeLibrary& library);     // ClassInvoiceItem, ClassInvoice, ClassInvoicePrinter
 
 }  // namespace quorvel
