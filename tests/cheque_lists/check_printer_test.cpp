@@ -70,7 +70,7 @@ TEST_F(ChequeList, HeadingsAndRowsStandOnTheirColumns) {
   }
   EXPECT_EQ(testing::Lines(ops)[0], (LineOp{1000, kHeadingY + L, kW - 1000, kHeadingY + L}));
 
-  const ClassCheck& c = *testing::Cheque(2);
+  const ClassCheck c = *testing::Cheque(2);
   const double y = RowY(kFirstRow, 1);  // the second row: one line and 100 below the first
   const std::pair<std::string, double> cells[] = {
       {c.TransactionDate, 2500 - Measure(c.TransactionDate)}, {c.TransactionNum, 2500},
