@@ -1,0 +1,206 @@
+// Statement pagination: the page-full rule, page numbers, page ops, the cheque list, and a PDF.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <regex>
+
+#include "foundation/company_info.hpp"
+#include "foundation/preview_surface.hpp"
+#include "foundation/printer_surface.hpp"
+#include "statements/statement_printer.hpp"
+#include "support/ops_helpers.hpp"
+#include "support/statements_helpers.hpp"
+
+namespace quorvel {
+namespace {
+
+using testing::CountOps;
+using testing::FindText;
+using testing::HasText;
+using testing::LineAt;
+using testing::RowY;
+
+constexpr double kH = 16838;
+const double L = LineAt(10);
+// Twelve empty lines, the date label, value and an empty line, two empty lines, the labels.
+const double kFirstRow = 12 * L + 3 * L + 2 * L + L;
+
+class StatementPaging : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ModuleCompanyInfo::Profile() = CompanyProfile{};
+    ClassCompanyInfo info;
+    dir = testing::TempDir("statement-paging");
+    SystemPrinter().SetPaper(Paper::A4());
+  }
+  // Prints on the system printer into an ops file and reads the ops back, page ops included.
+  DrawOps PrintToOps(ClassStatement& s, bool printHeader = false) {
+    SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/statement.jsonl"));
+    printer.PrintIt(s, printHeader);
+    return testing::ReadOpsFile(dir + "/statement.jsonl");
+  }
+  // The reserve that puts the page limit at `limit`.
+  static void LimitAt(double limit) { ModuleCompanyInfo::Profile().BottomReserve = kH - limit; }
+
+  std::string dir;
+  ClassStatementPrinter printer;
+};
+
+TEST_F(StatementPaging, LineMovesOnExactlyWhenItWouldReachTheLimit) {
+  auto s = testing::SampleStatement(6, 0);
+  LimitAt(RowY(kFirstRow, 5) + L);  // the sixth line would end exactly on the limit
+  PreviewSurface page;
+  printer.PrintStatement(page, *s, false);
+  EXPECT_TRUE(HasText(page.Ops(), "Page 2"));
+  EXPECT_DOUBLE_EQ(FindText(page.Ops(), " Line 5").y, RowY(kFirstRow, 4));
+  EXPECT_DOUBLE_EQ(FindText(page.Ops(), " Line 6").y, kFirstRow);  // first line of page 2
+
+  LimitAt(RowY(kFirstRow, 5) + L + 1.0 / 1024);  // a hair lower: the sixth line still fits
+  PreviewSurface roomier;
+  printer.PrintStatement(roomier, *s, false);
+  EXPECT_FALSE(HasText(roomier.Ops(), "Page 2"));
+  EXPECT_DOUBLE_EQ(FindText(roomier.Ops(), " Line 6").y, RowY(kFirstRow, 5));
+}
+
+TEST_F(StatementPaging, LastLineFillingThePageLeavesNoEmptyPage) {
+  auto s = testing::SampleStatement(8, 0);
+  LimitAt(RowY(kFirstRow, 8) + L);  // exactly eight lines fit, and there are eight
+  const DrawOps ops = PrintToOps(*s);
+  EXPECT_EQ(CountOps(ops, "page"), 0);
+  EXPECT_EQ(CountOps(ops, "end"), 1);
+  EXPECT_EQ(SystemPrinter().LastPageCount(), 1);
+  EXPECT_FALSE(HasText(ops, "Page 1"));
+  EXPECT_EQ(CountOps(ops, "text") - CountOps(PrintToOps(*testing::SampleStatement(0, 0)), "text"),
+            8 * 5);  // the eight lines' cells are all that a statement without lines lacks
+}
+
+TEST_F(StatementPaging, StatementWithoutLinesPrintsOnePageAndEnds) {
+  auto s = testing::SampleStatement(0, 0);
+  s->CustomerNote1 = "Nothing due this month";
+  const DrawOps ops = PrintToOps(*s);
+  EXPECT_EQ(CountOps(ops, "page"), 0);
+  EXPECT_EQ(CountOps(ops, "end"), 1);
+  for (const char* text : {"Statement", "Date", "Description", "Balance", "Total:", "1,500.00 ",
+                           "Current", "Amount Due", "Notes:", "Nothing due this month"})
+    EXPECT_TRUE(HasText(ops, text)) << text;
+  EXPECT_EQ(CountOps(ops, "box"), 3);  // date, totals and aging boxes: the frame is there
+  EXPECT_FALSE(HasText(ops, "Page 1"));
+
+  PreviewSurface page;
+  printer.PrintStatement(page, *s, false);
+  EXPECT_EQ(CountOps(page.Ops(), "text"), CountOps(ops, "text"));
+}
+
+TEST_F(StatementPaging, PagesAreNumberedAndBrokenOnlyOnTheSystemPrinter) {
+  const int per_page = testing::RowsPerPage(kFirstRow, kH - 5500);
+  auto s = testing::SampleStatement(per_page + 1, 0);
+  const DrawOps ops = PrintToOps(*s);
+  EXPECT_EQ(CountOps(ops, "page"), 1);
+  EXPECT_EQ(SystemPrinter().LastPageCount(), 2);
+  EXPECT_TRUE(HasText(ops, "Page 1") && HasText(ops, "Page 2"));
+
+  PreviewSurface page;
+  printer.PrintStatement(page, *s, false);
+  EXPECT_EQ(CountOps(page.Ops(), "page"), 0);
+  const std::string last = " Line " + std::to_string(per_page + 1);
+  EXPECT_DOUBLE_EQ(FindText(page.Ops(), last).y, kFirstRow);  // drawn over the first page
+  EXPECT_EQ(CountOps(page.Ops(), "text"), CountOps(ops, "text"));
+  // Both headers were drawn: the title twice.
+  int titles = 0;
+  for (const TextOp& t : testing::Texts(page.Ops())) titles += t.text == "Statement";
+  EXPECT_EQ(titles, 2);
+}
+
+TEST_F(StatementPaging, ChequeListFollowsOnANewPageWithTheNextNumber) {
+  const int per_page = testing::RowsPerPage(kFirstRow, kH - 5500);
+  auto s = testing::SampleStatement(per_page + 1, 3);
+  s->PrintPDCChecks = true;
+  const DrawOps ops = PrintToOps(*s);
+  EXPECT_EQ(CountOps(ops, "page"), 2);  // one break in the ledger, one before the list
+  EXPECT_EQ(CountOps(ops, "end"), 1);
+  EXPECT_TRUE(HasText(ops, "Page 2"));
+  EXPECT_TRUE(HasText(ops, "Page  3"));  // the cheque list's number has a leading blank
+  EXPECT_TRUE(HasText(ops, "Post-Dated Cheques"));
+  EXPECT_TRUE(HasText(ops, "CHQ-3"));
+  EXPECT_TRUE(HasText(ops, "9,999.00 "));
+  // The list's ops come after the last page op.
+  size_t last_page = 0;
+  for (size_t i = 0; i < ops.size(); ++i)
+    if (std::holds_alternative<PageOp>(ops[i])) last_page = i;
+  const DrawOps list(ops.begin() + static_cast<std::ptrdiff_t>(last_page), ops.end());
+  EXPECT_TRUE(HasText(list, "Post-Dated Cheques") && HasText(list, "Page  3"));
+  EXPECT_FALSE(HasText(list, " Line 1"));
+
+  s->PrintPDCChecks = false;
+  EXPECT_FALSE(HasText(PrintToOps(*s), "Post-Dated Cheques"));
+}
+
+TEST_F(StatementPaging, LineTooTallForAnyPageIsPrintedRatherThanLoopingForEver) {
+  auto s = testing::SampleStatement(3, 0);
+  LimitAt(kFirstRow);  // not even the first line fits under the labels
+  const DrawOps ops = PrintToOps(*s);
+  EXPECT_EQ(CountOps(ops, "page"), 2);  // one line a page
+  for (const char* text : {" Line 1", " Line 2", " Line 3", "Page 3"}) EXPECT_TRUE(HasText(ops, text));
+  EXPECT_FALSE(HasText(ops, "Page 4"));
+}
+
+TEST_F(StatementPaging, HugeStatementFailsWithOverflowBeforeDrawing) {
+  auto s = testing::SampleStatement(0, 0);
+  const auto line = testing::LedgerLine(1);
+  for (int i = 0; i < 32768; ++i) s->AddItem(line);
+  PreviewSurface page;
+  try {
+    printer.PrintStatement(page, *s, false);
+    FAIL() << "32768 lines cannot be indexed with 16 bits";
+  } catch (const AutomationError& e) {
+    EXPECT_EQ(e.Number(), err::kOverflow);
+  }
+  EXPECT_TRUE(page.Ops().empty());
+}
+
+TEST_F(StatementPaging, LongStatementWithChequesPrintsToPdf) {
+  ModuleCompanyInfo::Profile().CompanyName = "Quillmoor Trading";
+  auto s = testing::SampleStatement(200, 40);
+  s->PrintPDCChecks = true;
+  // Letterhead with only a name: two empty lines, the name at 20 pt, one empty line under the rule.
+  const double letterhead = 3 * L + LineAt(20);
+  const double limit = kH - 5500;
+  const int ledger_rows = testing::RowsPerPage(letterhead + 3 * L + 2 * L + L, limit);
+  // The list's headings sit on the head's y rounded to a whole number.
+  const double list_first = std::nearbyint(letterhead + LineAt(24) + L) + L;
+  const int list_rows = testing::RowsPerPage(list_first, limit);
+  const int ledger_pages = (200 + ledger_rows - 1) / ledger_rows;
+  const int list_pages = (40 + list_rows - 1) / list_rows;
+  ASSERT_GT(ledger_pages, 1);
+  ASSERT_GT(list_pages, 1);
+
+  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/statement.pdf"));
+  printer.PrintIt(*s, true);
+  EXPECT_EQ(SystemPrinter().LastPageCount(), ledger_pages + list_pages);
+  const std::string info = testing::RunCommand("pdfinfo " + dir + "/statement.pdf");
+  EXPECT_TRUE(std::regex_search(info, std::regex("Pages: +" + std::to_string(ledger_pages + list_pages) + "\n")))
+      << info;
+
+  const std::string text = testing::RunCommand("pdftotext -layout " + dir + "/statement.pdf -");
+  std::vector<std::string> pages;
+  for (size_t start = 0, ff; (ff = text.find('\f', start)) != std::string::npos; start = ff + 1)
+    pages.push_back(text.substr(start, ff - start));
+  ASSERT_EQ(static_cast<int>(pages.size()), ledger_pages + list_pages);
+  for (int p = 1; p <= ledger_pages + list_pages; ++p) {
+    const std::string& page = pages[static_cast<size_t>(p - 1)];
+    EXPECT_TRUE(std::regex_search(page, std::regex("Page +" + std::to_string(p) + "\\b"))) << p;
+    EXPECT_NE(page.find("Quillmoor Trading"), std::string::npos) << p;
+  }
+  EXPECT_NE(pages[0].find("Line 1 "), std::string::npos);
+  EXPECT_NE(pages[1].find("Line " + std::to_string(ledger_rows + 1) + " "), std::string::npos);
+  const std::string& last_ledger = pages[static_cast<size_t>(ledger_pages - 1)];
+  EXPECT_NE(last_ledger.find("Line 200"), std::string::npos);
+  EXPECT_NE(last_ledger.find("Amount Due"), std::string::npos);
+  EXPECT_EQ(pages[0].find("Amount Due"), std::string::npos);  // aging texts only on the last page
+  EXPECT_NE(pages[static_cast<size_t>(ledger_pages)].find("Post-Dated Cheques"), std::string::npos);
+  EXPECT_NE(pages.back().find("CHQ-40"), std::string::npos);
+  EXPECT_NE(pages.back().find("9,999.00"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace quorvel
