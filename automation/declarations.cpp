@@ -7,6 +7,7 @@ void DeclareAllClasses(TypeLibrary& library) {
   DeclareFoundationClasses(library);
   DeclareVoucherClasses(library);
   DeclareInvoiceClasses(library);
+  DeclareStatementClasses(library);
 }
 
 }  // namespace quorvel

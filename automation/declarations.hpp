@@ -8,5 +8,6 @@ namespace quorvel {
 void DeclareFoundationClasses(TypeLibrary& library);  // ClassCompanyInfo, PreviewSurface
 void DeclareVoucherClasses(TypeLibrary& library);     // ClassPayment, ClassVoucher, ClassVoucherPrinter
 void DeclareInvoiceClasses(TypeLibrary& library);     // ClassInvoiceItem, ClassInvoice, ClassInvoicePrinter
+void DeclareStatementClasses(TypeLibrary& library);   // statements and cheque lists
 
 }  // namespace quorvel
