@@ -64,4 +64,13 @@ std::vector<std::string> RulesCrossingTexts(const DrawOps& ops) {
   return found;
 }
 
+std::string PdfInfoField(const std::string& info, const std::string& name) {
+  const std::string key = "\n" + name + ":";
+  const size_t at = ("\n" + info).find(key);
+  if (at == std::string::npos) return {};
+  const size_t start = info.find_first_not_of(' ', at + key.size() - 1);
+  const size_t end = info.find('\n', start);
+  return info.substr(start, end == std::string::npos ? std::string::npos : end - start);
+}
+
 }  // namespace quorvel::testing

@@ -17,5 +17,7 @@ std::vector<TextOp> AllTexts(const DrawOps& ops, const std::string& text);
 // Descriptions of every line or box edge that runs through the inside of a text's box (its
 // width by one line height of its size); empty when the layout is clean.
 std::vector<std::string> RulesCrossingTexts(const DrawOps& ops);
+// The value of one "Name: value" line of pdfinfo's output, without the blanks before it.
+std::string PdfInfoField(const std::string& info, const std::string& name);
 
 }  // namespace quorvel::testing
