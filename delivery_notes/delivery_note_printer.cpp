@@ -75,13 +75,14 @@ void ClassDeliveryNotePrinter::PrintDelNoteHeader(Surface& obj, ClassDeliveryNot
   }
 
   // The invoice row sits under the address block, so no address line can run into it: the
-  // caption in the date column, the number in the number column, boxed like the block above.
+  // caption in the date column, the number in the number column, boxed like the block above
+  // and fitted to its 1400 so that the box always holds it.
   marks_.invoice_top = obj.CurrentY();
   obj.CurrentX(obj.Width() - 1000 - 1500 - 1400);
   obj.Print("Invoice No.");
   obj.CurrentY(marks_.invoice_top);
   obj.CurrentX(marks_.number_x);
-  obj.Print(" " + delNote.InvoiceNumber);
+  obj.Print(Fitted(obj, " " + delNote.InvoiceNumber, 1400));
   obj.Print("");
   obj.Print("");
 }

@@ -267,6 +267,14 @@ TEST_F(DeliveryNoteLayout, FrameRulesTheColumnsAndBoxesTheHeaderBlocks) {
     EXPECT_LE(t.y + L, box.y2) << text;
   }
 
+  note.InvoiceNumber = "INV-2024-000031-REV-B-FINAL";
+  TextOp long_number;
+  for (const TextOp& t : testing::Texts(Printed(note)))
+    if (t.text.rfind(" INV-2024", 0) == 0) long_number = t;
+  ASSERT_FALSE(long_number.text.empty());
+  EXPECT_EQ(long_number.text.substr(long_number.text.size() - 3), "...");
+  EXPECT_LE(testing::EndOf(long_number), 11906 - 1000);
+
   ClassDeliveryNotePrinter bare;
   bare.printItemsTable = false;
   PreviewSurface surface;
