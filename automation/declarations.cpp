@@ -7,6 +7,8 @@ void DeclareAllClasses(TypeLibrary& library) {
   DeclareFoundationClasses(library);
   DeclareVoucherClasses(library);
   DeclareInvoiceClasses(library);
+  DeclareDeliveryNoteClasses(library);
+  DeclareReceiptClasses(library);
   DeclareStatementClasses(library);
 }
 

@@ -8,6 +8,8 @@ namespace quorvel {
 void DeclareFoundationClasses(TypeLibrary& library);  // ClassCompanyInfo, PreviewSurface
 void DeclareVoucherClasses(TypeLibrary& library);     // ClassPayment, ClassVoucher, ClassVoucherPrinter
 void DeclareInvoiceClasses(TypeLibrary& library);     // ClassInvoiceItem, ClassInvoice, ClassInvoicePrinter
+void DeclareDeliveryNoteClasses(TypeLibrary& library);  // ClassDeliveryNote, ClassDeliveryNotePrinter
+void DeclareReceiptClasses(TypeLibrary& library);       // ReceiptPrinter
 void DeclareStatementClasses(TypeLibrary& library);   // statements and cheque lists
 
 }  // namespace quorvel
