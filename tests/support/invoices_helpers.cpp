@@ -67,10 +67,12 @@ struct Rect {
 
 // A straight rule (horizontal or vertical) runs through the inside of `r`.
 bool Through(double x1, double y1, double x2, double y2, const Rect& r) {
-  constexpr double kTouch = 0.01;  // a rule along a text's edge does not cross it
+  // A rule along a text's edge, or within a twip of it (the caption row starts at the whole-number
+  // y under a table top that may not be whole), does not cross it.
+  constexpr double kTouch = 1;
   if (std::abs(y1 - y2) < kTouch)
-    return y1 > r.y1 + kTouch && y1 < r.y2 - kTouch && std::max(x1, x2) > r.x1 && std::min(x1, x2) < r.x2;
-  return x1 > r.x1 + kTouch && x1 < r.x2 - kTouch && std::max(y1, y2) > r.y1 && std::min(y1, y2) < r.y2;
+    return y1 > r.y1 + kTouch && y1 < r.y2 - kTouch && std::max(x1, x2) > r.x1 + kTouch && std::min(x1, x2) < r.x2 - kTouch;
+  return x1 > r.x1 + kTouch && x1 < r.x2 - kTouch && std::max(y1, y2) > r.y1 + kTouch && std::min(y1, y2) < r.y2 - kTouch;
 }
 }  // namespace
 
