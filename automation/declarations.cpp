@@ -4,12 +4,13 @@
 namespace quorvel {
 
 void DeclareAllClasses(TypeLibrary& library) {
-  DeclareFoundationClasses(library);
+  DeclareCompanyClasses(library);
   DeclareVoucherClasses(library);
   DeclareInvoiceClasses(library);
   DeclareDeliveryNoteClasses(library);
   DeclareReceiptClasses(library);
   DeclareStatementClasses(library);
+  DeclareSurfaceClasses(library);
 }
 
 }  // namespace quorvel

@@ -5,11 +5,12 @@
 
 namespace quorvel {
 
-void DeclareFoundationClasses(TypeLibrary& library);  // ClassCompanyInfo, PreviewSurface
+void DeclareCompanyClasses(TypeLibrary& library);     // ClassCompanyInfo
 void DeclareVoucherClasses(TypeLibrary& library);     // ClassPayment, ClassVoucher, ClassVoucherPrinter
 void DeclareInvoiceClasses(TypeLibrary& library);     // ClassInvoiceItem, ClassInvoice, ClassInvoicePrinter
 void DeclareDeliveryNoteClasses(TypeLibrary& library);  // ClassDeliveryNote, ClassDeliveryNotePrinter
 void DeclareReceiptClasses(TypeLibrary& library);       // ReceiptPrinter
 void DeclareStatementClasses(TypeLibrary& library);   // statements and cheque lists
+void DeclareSurfaceClasses(TypeLibrary& library);     // Printer, PreviewSurface: surfaces hosts pass to print routines
 
 }  // namespace quorvel

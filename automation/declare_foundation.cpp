@@ -6,13 +6,15 @@
 
 namespace quorvel {
 
-void DeclareFoundationClasses(TypeLibrary& library) {
+void DeclareCompanyClasses(TypeLibrary& library) {
   ClassBuilder<ClassCompanyInfo>(library, "ClassCompanyInfo")
       .Method("SetCompanyInfo", &ClassCompanyInfo::SetCompanyInfo,
               {"CompanyName", "Address1", "Address2", "Address3", "City", "Country", "phone", "Email",
                "Fax", "Website", "DefaultCurrencySign", "DefaultCurrencyName"})
       .Method("SetTopMargin", &ClassCompanyInfo::SetTopMargin, {"margin"});
+}
 
+void DeclareSurfaceClasses(TypeLibrary& library) {
   // Any drawing surface lent to the library (the system printer among them): not creatable.
   ClassBuilder<Surface>(library, "Printer", false)
       .SurfaceCast([](void* p) { return static_cast<Surface*>(p); })

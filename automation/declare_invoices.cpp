@@ -1,23 +1,16 @@
 // Interfaces of the invoice classes.
 #include "automation/class_builder.hpp"
 #include "automation/declarations.hpp"
+#include <any>
+
 #include "invoices/invoice.hpp"
+#include "invoices/invoice_printer.hpp"
 
 namespace quorvel {
 
 void DeclareInvoiceClasses(TypeLibrary& library) {
-  using Item = ClassInvoiceItem;
-  ClassBuilder<Item>(library, "ClassInvoiceItem")
-      .Field("ItemName", &Item::ItemName)
-      .Field("Quantity", &Item::Quantity)
-      .Field("UnitPrice", &Item::UnitPrice)
-      .Field("Total", &Item::Total)
-      .Field("Description", &Item::Description)
-      .Field("Unit", &Item::Unit)
-      .Field("PKG", &Item::PKG);
-  DeclareCollection<Item>(library);
-
   using Inv = ClassInvoice;
+  using Item = ClassInvoiceItem;
   using Items = CollectionRef<Item>;
   ClassBuilder<Inv>(library, "ClassInvoice")
       .Field("printType", &Inv::printType)
@@ -66,6 +59,31 @@ void DeclareInvoiceClasses(TypeLibrary& library) {
       .Method("AddItem", &Inv::AddItem, {"item"})
       .Method("AddExpense", &Inv::AddExpense, {"item"})
       .Get<Items>("InvoiceItems", [](Inv& i) { return i.InvoiceItems(); });
+
+  ClassBuilder<Item>(library, "ClassInvoiceItem")
+      .Field("ItemName", &Item::ItemName)
+      .Field("Quantity", &Item::Quantity)
+      .Field("UnitPrice", &Item::UnitPrice)
+      .Field("Total", &Item::Total)
+      .Field("Description", &Item::Description)
+      .Field("Unit", &Item::Unit)
+      .Field("PKG", &Item::PKG);
+  DeclareCollection<Item>(library);
+
+  DeclareCollection<std::any>(library);  // the hosts' preview pages, held and never read
+  using P = ClassInvoicePrinter;
+  ClassBuilder<P>(library, "ClassInvoicePrinter")
+      .Field("printItemsTable", &P::printItemsTable)
+      .Field("printLPONumber", &P::printLPONumber)
+      .Field("PreviewCollection", &P::PreviewCollection)
+      .Method("PrintSalesReceipt", &P::PrintSalesReceipt, {})
+      .Method("PrintInvoiceHeader", &P::PrintInvoiceHeader, {"obj", "invoice", "printHeader"})
+      .Method("PrintInvoice", &P::PrintInvoice, {"obj", "invoice", "printHeader"})
+      .Method("PrintItemsHeader", &P::PrintItemsHeader, {"obj"})
+      .Method("printTable", &P::printTable, {"obj", "top", "hasBilling", "hasShipping", "hasLPO"})
+      .Method("PrintIt", &P::PrintIt, {"invoice", "printHeader"})
+      .Method("PrintItem", &P::PrintItem, {"obj", "It"})
+      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"});
 }
 
 }  // namespace quorvel

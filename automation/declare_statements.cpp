@@ -107,8 +107,8 @@ void DeclareStatement(TypeLibrary& library) {
 }  // namespace
 
 void DeclareStatementClasses(TypeLibrary& library) {
-  DeclareStatementLines(library);
   DeclareStatement(library);
+  DeclareStatementLines(library);
   DeclareCollection<std::any>(library);  // the hosts' preview pages, held and never read
 
   using P = ClassStatementPrinter;

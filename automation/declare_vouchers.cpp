@@ -7,17 +7,8 @@
 namespace quorvel {
 
 void DeclareVoucherClasses(TypeLibrary& library) {
-  using Pay = ClassPayment;
-  ClassBuilder<Pay>(library, "ClassPayment")
-      .Field("Number", &Pay::Number)
-      .Field("InvoiceDate", &Pay::InvoiceDate)
-      .Field("OriginalAmount", &Pay::OriginalAmount)
-      .Field("AmountDue", &Pay::AmountDue)
-      .Field("Credits", &Pay::Credits)
-      .Field("Payments", &Pay::Payments);
-  DeclareCollection<Pay>(library);
-
   using V = ClassVoucher;
+  using Pay = ClassPayment;
   ClassBuilder<V>(library, "ClassVoucher")
       .Field("Amount", &V::Amount)
       .Field("SumofAmount", &V::SumofAmount)
@@ -34,8 +25,17 @@ void DeclareVoucherClasses(TypeLibrary& library) {
       .Method("payment", &V::payment, {"index"})
       .Method("Remove", &V::Remove, {"index"})
       .Method("Clear", &V::Clear, {})
-      .Get<CollectionRef<Pay>>("Payments", [](V& v) { return v.Payments(); })
+      .Get<CollectionRef<ClassPayment>>("Payments", [](V& v) { return v.Payments(); })
       .Method("AddItem", &V::AddItem, {"payment"});
+
+  ClassBuilder<Pay>(library, "ClassPayment")
+      .Field("Number", &Pay::Number)
+      .Field("InvoiceDate", &Pay::InvoiceDate)
+      .Field("OriginalAmount", &Pay::OriginalAmount)
+      .Field("AmountDue", &Pay::AmountDue)
+      .Field("Credits", &Pay::Credits)
+      .Field("Payments", &Pay::Payments);
+  DeclareCollection<Pay>(library);
 
   using P = ClassVoucherPrinter;
   ClassBuilder<P>(library, "ClassVoucherPrinter")

@@ -57,10 +57,12 @@ void ClassInvoicePrinter::PrintInvoice(Surface& obj, ClassInvoice& invoice, bool
     int lines_on_page = 0;
     if (item_count >= 1) PrintItemsHeader(obj);
     page_full = !PrintLines(obj, *items, item_count, next_item, lines_on_page);
-    // Expenses follow the goods: none is printed while a goods line still waits for a page.
-    if (expense_count >= 1 && !page_full) {
+    // A full page starts no expenses heading; but once this printer object has printed the
+    // heading (perhaps for an earlier invoice) expenses are walked on a full page too, and one
+    // that fits there is printed before goods still waiting for the next page.
+    if (expense_count >= 1 && !(page_full && !expense_heading_printed_)) {
       if (!expense_heading_printed_) PrintExpenseHeading(obj);
-      page_full = !PrintLines(obj, *expenses, expense_count, next_expense, lines_on_page);
+      if (!PrintLines(obj, *expenses, expense_count, next_expense, lines_on_page)) page_full = true;
     }
     if (printItemsTable) printTable(obj, table_top, invoice.hasBilling, invoice.hasShipping, printLPONumber);
     if (page_full || page >= 2) PrintPageNumber(obj, 4, "Page " + std::to_string(page));

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/draw_ops.hpp"
+#include "support/layout_checks.hpp"
 #include "invoices/invoice.hpp"
 #include "support/ops_helpers.hpp"
 
@@ -33,8 +34,5 @@ double CaptionRowWithoutAddresses(bool with_po = true);
 // Splits a preview's ops into pages: a page begins at each 24-point title.
 std::vector<DrawOps> PagesOf(const DrawOps& ops, const std::string& title);
 
-// Describes every rule in `ops` that runs through the inside of a text's box (its width in its
-// own font and size, one line high); empty when none does.
-std::vector<std::string> RulesCrossingTexts(const DrawOps& ops);
 
 }  // namespace quorvel::testing
