@@ -1,0 +1,103 @@
+// The benchmark program: Google Benchmark's console report, then a summary with the ratios.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "bench/bench_documents.hpp"
+#include "bench/bench_summary.hpp"
+
+namespace quorvel::bench {
+
+namespace {
+
+double StatusKiB(const std::string& key) {
+  std::ifstream in("/proc/self/status");
+  std::string line;
+  while (std::getline(in, line))
+    if (line.rfind(key + ":", 0) == 0) return std::stod(line.substr(key.size() + 1));
+  return 0;
+}
+
+// What the summary needs of one benchmark: seconds per iteration and its counters.
+struct Result {
+  double seconds = 0;
+  std::map<std::string, double> counters;
+};
+
+class SummaryReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.error_occurred || run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
+      Result& r = results_[run.benchmark_name()];
+      r.seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
+      for (const auto& [name, counter] : run.counters) r.counters[name] = counter.value;
+    }
+  }
+
+  void PrintSummary() const {
+    std::printf("\nSummary (ratio = full print to PDF / cairo replay of the same pages)\n");
+    std::printf("%-22s %12s %12s %12s %8s\n", "document", "preview/s", "PDF pages/s", "floor pages/s", "ratio");
+    for (const std::string& type : DocumentTypeNames())
+      for (const char* size : {"small", "large"}) PrintRow(type + "/" + size);
+    const Result* small = Find("Scale/statement/2000");
+    const Result* large = Find("Scale/statement/20000");
+    if (small && large) {
+      std::printf("\nStatement scaling: 2,000 lines %.1f ms, 20,000 lines %.1f ms, time ratio %.2f (linear: 10)\n",
+                  small->seconds * 1e3, large->seconds * 1e3, large->seconds / small->seconds);
+      std::printf("Memory while printing: 2,000 lines +%.1f MiB, 20,000 lines +%.1f MiB over the resident set before\n",
+                  Counter(*small, "print_growth_MiB"), Counter(*large, "print_growth_MiB"));
+    }
+    if (const Result* process = Find("Process/receipt"))
+      std::printf("quorvel print of the sample receipt, whole process: %.1f ms\n", process->seconds * 1e3);
+  }
+
+ private:
+  const Result* Find(const std::string& name) const {
+    auto it = results_.find(name);
+    return it == results_.end() ? nullptr : &it->second;
+  }
+  static double Counter(const Result& r, const std::string& name) {
+    auto it = r.counters.find(name);
+    return it == r.counters.end() ? 0 : it->second;
+  }
+  void PrintRow(const std::string& suffix) const {
+    const Result* preview = Find("Preview/" + suffix);
+    const Result* pdf = Find("Pdf/" + suffix);
+    const Result* floor = Find("Floor/" + suffix);
+    if (!preview && !pdf && !floor) return;
+    auto cell = [](const Result* r, const char* counter) {
+      return r ? Counter(*r, counter) : 0.0;
+    };
+    const double ratio = pdf && floor && floor->seconds > 0 ? pdf->seconds / floor->seconds : 0;
+    std::printf("%-22s %12.1f %12.1f %12.1f %8.2f\n", suffix.c_str(), cell(preview, "docs"),
+                cell(pdf, "pages"), cell(floor, "pages"), ratio);
+  }
+
+  std::map<std::string, Result> results_;
+};
+
+}  // namespace
+
+void ResetPeakRss() {
+  std::ofstream clear("/proc/self/clear_refs");
+  clear << "5";
+}
+double PeakRssMiB() { return StatusKiB("VmHWM") / 1024; }
+double CurrentRssMiB() { return StatusKiB("VmRSS") / 1024; }
+
+}  // namespace quorvel::bench
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  quorvel::bench::SummaryReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintSummary();
+  benchmark::Shutdown();
+  return 0;
+}

@@ -1,0 +1,12 @@
+// Peak-memory probes for the benchmarks, and the summary table printed after a run.
+#pragma once
+
+namespace quorvel::bench {
+
+// Resets the process's peak resident set (VmHWM) to what it holds now, so that the next
+// PeakRssMiB tells the high-water mark of what ran in between.
+void ResetPeakRss();
+double PeakRssMiB();
+double CurrentRssMiB();
+
+}  // namespace quorvel::bench
