@@ -62,15 +62,20 @@ CairoPainter::CairoPainter(cairo_t* cr) : cr_(cr) {
 }
 
 void CairoPainter::operator()(const TextOp& op) {
-  const FontFace& face = FontFace::Get(op.font, op.bold);
-  if (!has_font_ || op.font != last_font_name_ || op.size != last_size_ || op.bold != last_bold_) {
-    cairo_set_font_face(cr_, CairoFaceFor(face));
-    cairo_set_font_size(cr_, op.size * 20.0);  // user units are twips
-    has_font_ = true;
+  // Nearly every op uses the previous op's face: look it up (a locked map search) only when the
+  // name or weight changes.
+  if (!face_ || op.font != last_font_name_ || op.bold != last_bold_) {
+    face_ = &FontFace::Get(op.font, op.bold);
+    cairo_set_font_face(cr_, CairoFaceFor(*face_));
     last_font_name_ = op.font;
-    last_size_ = op.size;
     last_bold_ = op.bold;
+    last_size_ = 0;
   }
+  if (op.size != last_size_) {
+    cairo_set_font_size(cr_, op.size * 20.0);  // user units are twips
+    last_size_ = op.size;
+  }
+  const FontFace& face = *face_;
   const double baseline = op.y + face.Ascender() * TwipsPerUnit(face, op.size);
   cairo_move_to(cr_, op.x, baseline);
   cairo_show_text(cr_, op.text.c_str());

@@ -26,7 +26,7 @@ class CairoPainter {
 
  private:
   cairo_t* cr_;
-  bool has_font_ = false;  // the previous text op's font is selected: skip redundant selects
+  const FontFace* face_ = nullptr;  // the previous text op's face, selected on the context
   std::string last_font_name_;
   double last_size_ = 0;
   bool last_bold_ = false;
