@@ -77,25 +77,25 @@ void FillInvoice(ClassInvoice& invoice, int lines) {
 }
 
 BenchDocument Invoice(int lines) {
-  auto data = std::make_shared<std::pair<ClassInvoice, ClassInvoicePrinter>>();
-  FillInvoice(data->first, lines);
-  data->first.AddExpense(Item(7));
+  auto data = std::make_shared<ClassInvoice>();
+  FillInvoice(*data, lines);
+  data->AddExpense(Item(7));
   return {"invoice", lines, Paper::A4(),
-          [data](Surface& obj) { data->second.PrintInvoice(obj, data->first, true); }, data};
+          [data](Surface& obj) { ClassInvoicePrinter().PrintInvoice(obj, *data, true); }, data};
 }
 
 BenchDocument Receipt(int lines) {
-  auto data = std::make_shared<std::pair<ClassInvoice, ReceiptPrinter>>();
-  FillInvoice(data->first, lines);
-  data->first.CustomerNote1 = "Thank You";
-  data->first.CustomerNote2 = "Come Again";
+  auto data = std::make_shared<ClassInvoice>();
+  FillInvoice(*data, lines);
+  data->CustomerNote1 = "Thank You";
+  data->CustomerNote2 = "Come Again";
   return {"receipt", lines, Paper::Roll80(),
-          [data](Surface& obj) { data->second.PrintReceipt(obj, data->first); }, data};
+          [data](Surface& obj) { ReceiptPrinter().PrintReceipt(obj, *data); }, data};
 }
 
 BenchDocument DeliveryNote(int lines) {
-  auto data = std::make_shared<std::pair<ClassDeliveryNote, ClassDeliveryNotePrinter>>();
-  ClassDeliveryNote& note = data->first;
+  auto data = std::make_shared<ClassDeliveryNote>();
+  ClassDeliveryNote& note = *data;
   note.printTitle = "DELIVERY NOTE";
   note.NoteNumber = "DN-5521";
   note.NoteDate = "16/08/2024";
@@ -107,12 +107,12 @@ BenchDocument DeliveryNote(int lines) {
   note.PrintFooter = true;
   for (int i = 0; i < lines; ++i) note.AddItem(Item(i));
   return {"delivery_note", lines, Paper::A4(),
-          [data](Surface& obj) { data->second.PrintDeliveryNote(obj, data->first, true); }, data};
+          [data](Surface& obj) { ClassDeliveryNotePrinter().PrintDeliveryNote(obj, *data, true); }, data};
 }
 
 BenchDocument Voucher(int lines) {
-  auto data = std::make_shared<std::pair<ClassVoucher, ClassVoucherPrinter>>();
-  ClassVoucher& voucher = data->first;
+  auto data = std::make_shared<ClassVoucher>();
+  ClassVoucher& voucher = *data;
   voucher.Amount = "1,250.00";
   voucher.SumofAmount = "One thousand two hundred fifty only";
   voucher.Number = "RV-301";
@@ -133,9 +133,13 @@ BenchDocument Voucher(int lines) {
     payment->Payments = Money(i);
     voucher.AddItem(payment);
   }
-  data->second.PrintDetails = true;
   return {"voucher", lines, Paper::A4(),
-          [data](Surface& obj) { data->second.PrintReceiptVoucher(obj, data->first, true, true); }, data};
+          [data](Surface& obj) {
+            ClassVoucherPrinter printer;
+            printer.PrintDetails = true;
+            printer.PrintReceiptVoucher(obj, *data, true, true);
+          },
+          data};
 }
 
 void FillStatement(ClassStatement& st, int lines, int cheques) {
@@ -178,19 +182,19 @@ void FillStatement(ClassStatement& st, int lines, int cheques) {
 }
 
 BenchDocument Statement(int lines) {
-  auto data = std::make_shared<std::pair<ClassStatement, ClassStatementPrinter>>();
-  FillStatement(data->first, lines, 0);
+  auto data = std::make_shared<ClassStatement>();
+  FillStatement(*data, lines, 0);
   return {"statement", lines, Paper::A4(),
-          [data](Surface& obj) { data->second.PrintStatement(obj, data->first, true); }, data};
+          [data](Surface& obj) { ClassStatementPrinter().PrintStatement(obj, *data, true); }, data};
 }
 
 BenchDocument ChequeList(int lines) {
-  auto data = std::make_shared<std::pair<ClassStatement, ClassCheckPrinter>>();
-  FillStatement(data->first, 0, lines);
+  auto data = std::make_shared<ClassStatement>();
+  FillStatement(*data, 0, lines);
   return {"cheque_list", lines, Paper::A4(),
           [data](Surface& obj) {
             int16_t page = 1;
-            data->second.PrintChecks(obj, data->first, true, true, page);
+            ClassCheckPrinter().PrintChecks(obj, *data, true, true, page);
           },
           data};
 }

@@ -17,10 +17,11 @@ struct BenchDocument {
   std::string type;  // "invoice", "statement", …
   int lines = 0;
   Paper paper = Paper::A4();
-  // Runs the document routine on `obj` (the printer ends the document itself, or the caller
-  // does for a routine that leaves it open).
+  // Runs the document routine of a fresh printer object on `obj`, as a host that creates one
+  // per document: a printer object keeps a little state from its first document (the invoice's
+  // expenses heading), so reusing one would make later prints differ from the first.
   std::function<void(Surface& obj)> print;
-  std::shared_ptr<void> keep;  // the data and printer objects the routine uses
+  std::shared_ptr<void> keep;  // the document the routine prints
 };
 
 // Sets the company profile the documents print under (letterhead with every line).

@@ -23,7 +23,8 @@ double StatusKiB(const std::string& key) {
 
 // What the summary needs of one benchmark: seconds per iteration and its counters.
 struct Result {
-  double seconds = 0;
+  double seconds = 0;      // wall time
+  double cpu_seconds = 0;  // this process's CPU time: steadier on a shared machine
   std::map<std::string, double> counters;
 };
 
@@ -33,21 +34,25 @@ class SummaryReporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred || run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-      Result& r = results_[run.benchmark_name()];
+      // The registered name, without the "/real_time" and "/min_time:" decorations.
+      Result& r = results_[run.run_name.function_name];
       r.seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
+      r.cpu_seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
       for (const auto& [name, counter] : run.counters) r.counters[name] = counter.value;
     }
   }
 
   void PrintSummary() const {
-    std::printf("\nSummary (ratio = full print to PDF / cairo replay of the same pages)\n");
-    std::printf("%-22s %12s %12s %12s %8s\n", "document", "preview/s", "PDF pages/s", "floor pages/s", "ratio");
+    std::printf("\nSummary: ratio = time of the full print to PDF / time of the cairo replay of the same\n"
+                "pages (wall time, and CPU time of this process, which other load disturbs less)\n");
+    std::printf("%-20s %10s %12s %14s %11s %10s\n", "document", "preview/s", "PDF pages/s", "floor pages/s",
+                "ratio wall", "ratio CPU");
     for (const std::string& type : DocumentTypeNames())
       for (const char* size : {"small", "large"}) PrintRow(type + "/" + size);
     const Result* small = Find("Scale/statement/2000");
     const Result* large = Find("Scale/statement/20000");
     if (small && large) {
-      std::printf("\nStatement scaling: 2,000 lines %.1f ms, 20,000 lines %.1f ms, time ratio %.2f (linear: 10)\n",
+      std::printf("\nStatement scaling: 2,000 lines %.1f ms, 20,000 lines %.1f ms: %.2f times (linear: 10)\n",
                   small->seconds * 1e3, large->seconds * 1e3, large->seconds / small->seconds);
       std::printf("Memory while printing: 2,000 lines +%.1f MiB, 20,000 lines +%.1f MiB over the resident set before\n",
                   Counter(*small, "print_growth_MiB"), Counter(*large, "print_growth_MiB"));
@@ -73,9 +78,10 @@ class SummaryReporter : public benchmark::ConsoleReporter {
     auto cell = [](const Result* r, const char* counter) {
       return r ? Counter(*r, counter) : 0.0;
     };
-    const double ratio = pdf && floor && floor->seconds > 0 ? pdf->seconds / floor->seconds : 0;
-    std::printf("%-22s %12.1f %12.1f %12.1f %8.2f\n", suffix.c_str(), cell(preview, "docs"),
-                cell(pdf, "pages"), cell(floor, "pages"), ratio);
+    const bool both = pdf && floor && floor->seconds > 0 && floor->cpu_seconds > 0;
+    std::printf("%-20s %10.1f %12.1f %14.1f %11.2f %10.2f\n", suffix.c_str(), cell(preview, "docs"),
+                cell(pdf, "pages"), cell(floor, "pages"), both ? pdf->seconds / floor->seconds : 0,
+                both ? pdf->cpu_seconds / floor->cpu_seconds : 0);
   }
 
   std::map<std::string, Result> results_;

@@ -1,4 +1,10 @@
-// Prints one benchmark document for profilers and memory probes: TYPE LINES OUT [REPEAT].
+// Prints one benchmark document for profilers and memory probes:
+//   quorvel_bench_driver TYPE LINES print|preview|floor OUT [REPEAT]
+// print: through the system printer to OUT (.pdf or .jsonl); preview: on a preview surface;
+// floor: record once, then replay the pages REPEAT times straight into a cairo PDF at OUT.
+// One untimed round runs first (fonts loaded, caches warm); the timed rounds run inside
+// RunMeasured, so a profiler can collect that alone:
+//   valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*RunMeasured*' ...
 #include <sys/resource.h>
 
 #include <chrono>
@@ -8,37 +14,50 @@
 #include <string>
 
 #include "bench/bench_documents.hpp"
-#include "foundation/preview_surface.hpp"
 
 namespace {
+using namespace quorvel::bench;
+
 long PeakRssKiB() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   return usage.ru_maxrss;
 }
+
+size_t RunOnce(const BenchDocument& doc, const std::string& mode, const std::string& out,
+               const std::vector<RecordedPage>& recorded) {
+  if (mode == "preview") return PrintToPreview(doc), 0;
+  if (mode == "floor") return ReplayToPdf(recorded, out), recorded.size();
+  return static_cast<size_t>(PrintToFile(doc, out));
+}
+
+[[gnu::noinline]] size_t RunMeasured(const BenchDocument& doc, const std::string& mode, const std::string& out,
+                                     const std::vector<RecordedPage>& recorded, int repeat) {
+  size_t pages = 0;
+  for (int i = 0; i < repeat; ++i) pages = RunOnce(doc, mode, out, recorded);
+  return pages;
+}
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 4) {
-    std::fprintf(stderr, "usage: %s TYPE LINES OUT.pdf|OUT.jsonl|preview [REPEAT]\n", argv[0]);
+  if (argc < 5) {
+    std::fprintf(stderr, "usage: %s TYPE LINES print|preview|floor OUT [REPEAT]\n", argv[0]);
     return 2;
   }
-  using namespace quorvel::bench;
   try {
     SetBenchCompany();
     const BenchDocument doc = MakeDocument(argv[1], std::atoi(argv[2]));
-    const std::string out = argv[3];
-    const int repeat = argc > 4 ? std::atoi(argv[4]) : 1;
+    const std::string mode = argv[3], out = argv[4];
+    const int repeat = argc > 5 ? std::atoi(argv[5]) : 1;
+    std::vector<RecordedPage> recorded;
+    if (mode == "floor") recorded = RecordPages(doc, out + ".jsonl");
+    RunOnce(doc, mode, out, recorded);
     const long built = PeakRssKiB();
     const auto start = std::chrono::steady_clock::now();
-    int pages = 0;
-    for (int i = 0; i < repeat; ++i) {
-      if (out == "preview") PrintToPreview(doc);
-      else pages = PrintToFile(doc, out);
-    }
+    const size_t pages = RunMeasured(doc, mode, out, recorded, repeat);
     const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
-    std::printf("%s %s lines: %d pages, %.1f ms per document, peak RSS %ld KiB (%ld KiB after building)\n",
-                argv[1], argv[2], pages, took.count() / repeat, PeakRssKiB(), built);
+    std::printf("%s %s lines (%s): %zu pages, %.1f ms per document, peak RSS %ld KiB (%ld KiB after the first round)\n",
+                argv[1], argv[2], mode.c_str(), pages, took.count() / repeat, PeakRssKiB(), built);
   } catch (const std::exception& e) {
     std::fprintf(stderr, "%s\n", e.what());
     return 1;
