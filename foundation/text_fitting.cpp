@@ -30,13 +30,14 @@ std::u32string LTrim(const std::u32string& t) {
 // The fitting loop shared by AdjustedText and AdjustedText2; `cut` makes one round's text.
 template <class Cut>
 std::string Fit(Surface& obj, std::string& text, int16_t length, Cut cut) {
+  // Most values fit their column: measure the text as it stands and decode it only to cut it.
   std::u32string t;
   try {
+    if (obj.TextWidth(text) < length) return text;
     t = DecodeUtf8(text);
   } catch (const AutomationError&) {
     return text;  // not a text that can be measured: left as it is
   }
-  if (obj.TextWidth(t) < length) return text;
   int16_t n = 0;
   IgnoreErrors([&] { n = ToInt16(static_cast<double>(t.size()) - 3, "text length"); });
   if (n < 0) n = 1;
