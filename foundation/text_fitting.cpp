@@ -2,6 +2,8 @@
 // does; loops that could go round for ever stop as soon as another round cannot change anything.
 #include "foundation/text_fitting.hpp"
 
+#include <algorithm>
+
 #include "foundation/errors.hpp"
 #include "foundation/runtime.hpp"
 #include "foundation/utf8.hpp"
@@ -54,20 +56,54 @@ std::string Fit(Surface& obj, std::string& text, int16_t length, Cut cut) {
   return text;
 }
 
-// Widths of a CRLF-free text's prefixes, in font units, so that the wrap loop measures each
-// candidate line and remainder with one subtraction. The sums are exact integers, so the
-// results are those of measuring every candidate afresh.
-class PrefixWidths {
+// The width TextWidth gives any range of one text (its widest CRLF line), answered from prefix
+// sums of the advances and a range-maximum table over the whole lines between line breaks, so
+// that the wrap loop measures each candidate line and remainder without walking the text again.
+// The sums are exact integers: the results are those of measuring every candidate afresh.
+class RangeWidths {
  public:
-  PrefixWidths(const Surface& obj, const std::u32string& t) : scale_(TwipsPerUnit(obj.Font().Face(), obj.Font().Size())) {
+  RangeWidths(const Surface& obj, const std::u32string& t) : scale_(TwipsPerUnit(obj.Font().Face(), obj.Font().Size())) {
     sums_.resize(t.size() + 1);
     for (size_t k = 0; k < t.size(); ++k) sums_[k + 1] = sums_[k] + obj.Font().Face().Advance(t[k]);
+    for (size_t k = 0; k + 1 < t.size(); ++k)
+      if (t[k] == U'\r' && t[k + 1] == U'\n') breaks_.push_back(k);
+    // Line k (k >= 1) lies between break k-1 and break k; table level j holds maxima of 2^j lines.
+    std::vector<int64_t> lines(breaks_.size(), 0);
+    for (size_t k = 1; k < breaks_.size(); ++k) lines[k] = Sum(breaks_[k - 1] + 2, breaks_[k]);
+    max_.push_back(std::move(lines));
+    for (size_t span = 2; span <= breaks_.size(); span *= 2) {
+      const std::vector<int64_t>& below = max_.back();
+      std::vector<int64_t> level(breaks_.size() - span + 1);
+      for (size_t k = 0; k < level.size(); ++k) level[k] = std::max(below[k], below[k + span / 2]);
+      max_.push_back(std::move(level));
+    }
   }
-  double Width(size_t from, size_t to) const { return static_cast<double>(sums_[to] - sums_[from]) * scale_; }
+
+  double Width(size_t from, size_t to) const {
+    // Only a CR LF pair wholly inside the range breaks it.
+    const auto first = std::lower_bound(breaks_.begin(), breaks_.end(), from);
+    const auto end = to < 2 ? first : std::upper_bound(breaks_.begin(), breaks_.end(), to - 2);
+    if (first >= end) return Scaled(Sum(from, to));
+    const size_t a = static_cast<size_t>(first - breaks_.begin());
+    const size_t b = static_cast<size_t>(end - breaks_.begin()) - 1;
+    int64_t widest = std::max(Sum(from, breaks_[a]), Sum(breaks_[b] + 2, to));
+    if (b > a) widest = std::max(widest, LinesMax(a + 1, b));
+    return Scaled(widest);
+  }
 
  private:
+  int64_t Sum(size_t from, size_t to) const { return sums_[to] - sums_[from]; }
+  double Scaled(int64_t units) const { return static_cast<double>(units) * scale_; }
+  int64_t LinesMax(size_t lo, size_t hi) const {  // widest of lines lo..hi, inclusive
+    size_t level = 0;
+    while ((size_t{2} << level) <= hi - lo + 1) ++level;
+    return std::max(max_[level][lo], max_[level][hi + 1 - (size_t{1} << level)]);
+  }
+
   double scale_;
   std::vector<int64_t> sums_;
+  std::vector<size_t> breaks_;
+  std::vector<std::vector<int64_t>> max_;
 };
 
 }  // namespace
@@ -91,13 +127,9 @@ void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::
     lines.push_back(text);
     return;
   }
-  const bool has_breaks = whole.find(kCrLf) != std::u32string::npos;
-  const PrefixWidths widths(obj, has_breaks ? std::u32string() : whole);
+  const RangeWidths widths(obj, whole);
   size_t offset = 0;  // the current text is whole[offset..]
-  auto width_of = [&](size_t from, size_t to) {
-    return has_breaks ? obj.TextWidth(std::u32string_view(whole).substr(from, to - from))
-                      : widths.Width(from, to);
-  };
+  auto width_of = [&](size_t from, size_t to) { return widths.Width(from, to); };
   if (width_of(0, whole.size()) < width) {
     lines.push_back(text);
     return;
