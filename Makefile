@@ -3,7 +3,16 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: deps build demo test bench clean
+SANITIZE_BUILD ?= build-sanitize
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+# Sanitizer runs stop at the first report; LeakSanitizer skips only what the font and drawing
+# libraries keep for the life of the process (fuzz/lsan.supp).
+SANITIZER_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
+  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  LSAN_OPTIONS=suppressions=$(CURDIR)/fuzz/lsan.supp:print_suppressions=0
+
+.PHONY: deps build demo test bench clean test-sanitize fuzz
 
 deps:
 	@bash scripts/install-deps.sh
@@ -17,9 +26,28 @@ demo: build
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	@if [ -n "$$CI" ] || [ "$$QUORVEL_SANITIZE_TESTS" = 1 ]; then \
+	  $(MAKE) --no-print-directory test-sanitize; \
+	else \
+	  echo "test: the AddressSanitizer/UBSan run was skipped (it runs when CI is set or QUORVEL_SANITIZE_TESTS=1; or run make test-sanitize)"; \
+	fi
+
+# The whole suite built with -DQUORVEL_SANITIZE=ON (AddressSanitizer + UndefinedBehaviorSanitizer).
+test-sanitize: deps
+	@cmake -S . -B $(SANITIZE_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON >/dev/null
+	@$(SANITIZER_ENV) cmake --build $(SANITIZE_BUILD) -j $(JOBS)
+	@cd $(SANITIZE_BUILD) && $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS)
+
+# libFuzzer targets built with clang and the sanitizers, each run for FUZZ_SECONDS.
+fuzz: deps
+	@bash scripts/install-deps.sh fuzz
+	@CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON -DQUORVEL_FUZZ=ON \
+	  -DCMAKE_CXX_FLAGS=-fsanitize=fuzzer-no-link >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target fuzz_document fuzz_text_fitting fuzz_dispatch
+	@bash fuzz/run.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
 bench: build
 	@$(BUILD)/bench/quorvel_bench
 
 clean:
-	rm -rf $(BUILD) demo-output
+	rm -rf $(BUILD) $(SANITIZE_BUILD) $(FUZZ_BUILD) demo-output
