@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "bench/bench_documents.hpp"
 #include "bench/bench_summary.hpp"
