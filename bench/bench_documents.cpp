@@ -4,6 +4,7 @@
 #include <cairo-pdf.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -264,8 +265,15 @@ std::vector<RecordedPage> RecordPages(const BenchDocument& doc, const std::strin
     if (std::holds_alternative<PageOp>(op)) pages.emplace_back();
     else if (!std::holds_alternative<EndOp>(op)) pages.back().ops.push_back(std::move(op));
   }
-  // A roll page is cut to its content when printed; the full roll length costs the same to replay.
-  for (RecordedPage& page : pages) page.width = doc.paper.width, page.height = doc.paper.height;
+  // A roll page is as long as what was printed on it, which may be far past the roll's nominal
+  // length: replay it that long too, or cairo would skip the text below the cut.
+  for (RecordedPage& page : pages) {
+    page.width = doc.paper.width;
+    page.height = doc.paper.height;
+    if (!doc.paper.roll) continue;
+    for (const DrawOp& op : page.ops)
+      if (const auto* text = std::get_if<TextOp>(&op)) page.height = std::max(page.height, text->y + 40 * text->size);
+  }
   return pages;
 }
 
