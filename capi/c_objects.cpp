@@ -79,18 +79,21 @@ int32_t quorvel_call(quorvel_object* object, const char* member, quorvel_variant
   });
 }
 
+// Giving back never fails and leaves the last error alone, so a host may clean up after a failed
+// call before it asks what went wrong.
 int32_t quorvel_release(quorvel_object* object) {
-  return capi::Guard([&] { delete object; });
+  delete object;
+  return QUORVEL_OK;
 }
 
 int32_t quorvel_variant_clear(quorvel_variant* value) {
-  return capi::Guard([&] {
-    if (value) capi::Clear(*value);
-  });
+  if (value) capi::Clear(*value);
+  return QUORVEL_OK;
 }
 
 int32_t quorvel_text_free(char* text) {
-  return capi::Guard([&] { std::free(text); });
+  std::free(text);
+  return QUORVEL_OK;
 }
 
 int32_t quorvel_same_object(const quorvel_object* first, const quorvel_object* second, int32_t* same) {

@@ -81,8 +81,9 @@ int32_t quorvel_text_free(char* text);
 /* *same = 1 when both handles refer to the same object, else 0. */
 int32_t quorvel_same_object(const quorvel_object* first, const quorvel_object* second, int32_t* same);
 
-/* The number and message of the calling thread's last call (0 and "" after a success). The
-   message stays valid until this thread's next call. */
+/* The number and message of the calling thread's last call (0 and "" after a success). Giving
+   back (quorvel_release, quorvel_variant_clear, quorvel_text_free) never fails and leaves it as it
+   was. The message stays valid until this thread's next call of another function. */
 int32_t quorvel_last_error(int32_t* number, const char** message);
 
 /* A handle to the process-wide system printer, the surface every PrintIt draws on. */

@@ -4,6 +4,7 @@
 #include <cups/cups.h>
 
 #include <array>
+#include <cmath>
 #include <fstream>
 
 #include "foundation/errors.hpp"
@@ -85,9 +86,20 @@ std::string FindQueue(const std::string& wanted) {
   return name;
 }
 
-int SubmitPdf(const std::string& queue, const std::string& pdf_path, const std::string& title) {
+std::string MediaName(double width, double height) {
+  // Hundredths of a millimetre; a twip is 2540/1440 of them.
+  const auto hundredths = [](double twips) { return static_cast<int>(std::lround(twips * 2540.0 / 1440.0)); };
+  const pwg_media_t* media = pwgMediaForSize(hundredths(width), hundredths(height));
+  return media && media->pwg ? media->pwg : "";
+}
+
+int SubmitPdf(const std::string& queue, const std::string& pdf_path, const std::string& title,
+              const std::string& media) {
   Connection connection;
-  const int job = cupsCreateJob(connection.Get(), queue.c_str(), title.c_str(), 0, nullptr);
+  cups_option_t* options = nullptr;
+  int count = media.empty() ? 0 : cupsAddOption("media", media.c_str(), 0, &options);
+  const int job = cupsCreateJob(connection.Get(), queue.c_str(), title.c_str(), count, options);
+  cupsFreeOptions(count, options);
   if (job <= 0) PrinterError("print queue \"" + queue + "\" refused the job: " + cupsLastErrorString());
   try {
     SendDocument(connection.Get(), queue, job, pdf_path);

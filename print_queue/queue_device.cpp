@@ -47,11 +47,15 @@ class QueueDevice : public PageDevice {
     pdf.pdf_creation_date = output.pdf_creation_date;
     pdf_ = OpenPdfDevice(pdf);
   }
-  void Page(const DrawOps& ops, double width, double height) override { pdf_->Page(ops, width, height); }
+  void Page(const DrawOps& ops, double width, double height) override {
+    pdf_->Page(ops, width, height);
+    const std::string media = MediaName(width, height);
+    media_ = pages_++ == 0 || media == media_ ? media : "";  // pages of different sizes: no one paper
+  }
 
   void Finish() override {
     pdf_->Finish();
-    const int job = SubmitPdf(queue_, pdf_->Results().front(), "Quorvel document");
+    const int job = SubmitPdf(queue_, pdf_->Results().front(), "Quorvel document", media_);
     results_.push_back("job " + queue_ + "-" + std::to_string(job));
   }
 
@@ -59,6 +63,8 @@ class QueueDevice : public PageDevice {
   std::string queue_;
   TempFolder folder_;
   std::unique_ptr<PageDevice> pdf_;  // declared after its folder, so its temporary file goes first
+  std::string media_;
+  int pages_ = 0;
 };
 
 int Register() {
