@@ -16,6 +16,7 @@ demo: build
 	@$(BUILD)/cli/quorvel demo --out demo-output
 
 test: build
+	@bash scripts/install-deps.sh cups
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 bench: build
