@@ -59,6 +59,10 @@ int32_t quorvel_printer_end_doc(void) {
   });
 }
 
+int32_t quorvel_printer_kill_doc(void) {
+  return capi::Guard([] { quorvel::SystemPrinter().KillDoc(); });
+}
+
 int32_t quorvel_printer_last_results(char** results, int32_t* pages) {
   return capi::Guard([&] {
     const quorvel::PrinterSurface& printer = quorvel::SystemPrinter();

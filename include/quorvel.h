@@ -101,6 +101,10 @@ int32_t quorvel_printer_set_queue(const char* queue, const char* paper);
    such as ClassCheckPrinter.PrintChecks). Does nothing when no document is open. */
 int32_t quorvel_printer_end_doc(void);
 
+/* Abandons the document in progress on the system printer: nothing of it is output. For a host
+   whose own call of a document routine on the printer failed half-way. */
+int32_t quorvel_printer_kill_doc(void);
+
 /* What the last finished document produced: its files, or "job QUEUE-ID" for a print job, one
    per line, in a text freed with quorvel_text_free; and its page count. Either may be NULL. */
 int32_t quorvel_printer_last_results(char** results, int32_t* pages);

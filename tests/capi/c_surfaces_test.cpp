@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -94,6 +95,15 @@ TEST_F(CSurfaces, HostEndsTheDocumentThatPrintChecksLeavesOpen) {
   EXPECT_EQ(args[4].value.integer, 1 + pages - 1);
   EXPECT_NE(RunCommand("pdftotext '" + dir + "/checks.pdf' -").find("220981"), std::string::npos);
   EXPECT_EQ(quorvel_printer_end_doc(), QUORVEL_OK);  // nothing open: nothing to do
+
+  // A document the host gives up on leaves no file and no pages behind.
+  ASSERT_EQ(quorvel_printer_set_output((dir + "/abandoned.pdf").c_str(), "a4"), QUORVEL_OK);
+  Call(checks, "PrintChecks", {CObj(printer), CObj(statement), CBool(false), CBool(true), CInt(1)});
+  ASSERT_EQ(quorvel_printer_kill_doc(), QUORVEL_OK);
+  EXPECT_FALSE(SystemPrinter().InDocument());
+  EXPECT_EQ(quorvel_printer_end_doc(), QUORVEL_OK);
+  EXPECT_FALSE(std::filesystem::exists(dir + "/abandoned.pdf"));
+  EXPECT_EQ(LastResults(), std::vector<std::string>{dir + "/checks.pdf"});  // still the last finished one
 }
 
 // One statement built and drawn entirely through the C interface; returns its ops file.

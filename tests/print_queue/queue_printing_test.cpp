@@ -81,7 +81,7 @@ class RealScheduler : public PrinterOutputRestored {
  protected:
   void SetUp() override {
     PrinterOutputRestored::SetUp();
-    dir_ = TempDir("queue-cups-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+    dir_ = TempDir("cups");
     const ShellResult started = Shell("bash '" + kServerScript + "' start '" + dir_ + "'");
     if (started.status == 77) GTEST_SKIP() << started.output;
     ASSERT_EQ(started.status, 0) << started.output;
