@@ -142,6 +142,22 @@ class CHostPrintsSample : public ::testing::TestWithParam<std::string> {
     return RunCommand("pdftotext '" + dir_ + "/loader.pdf' -");
   }
 
+  // The letterhead has no class of its own: it reaches paper as the head of a document.
+  void CheckLetterhead(const std::string& pdf) {
+    ASSERT_EQ(quorvel_printer_set_output(pdf.c_str(), "a4"), QUORVEL_OK) << LastError();
+    CObject voucher = Create("Quorvel.ClassVoucher");
+    Call(Create("Quorvel.ClassVoucherPrinter"), "PrintIt", {CObj(voucher), CBool(true), CBool(false)});
+    int pages = 0;
+    std::istringstream letterhead(PrintWithLoader("a4", &pages));
+    const std::string printed = RunCommand("pdftotext '" + pdf + "' -");
+    for (std::string line; std::getline(letterhead, line);) {
+      if (line.find_first_not_of(" \f") != std::string::npos) {
+        EXPECT_NE(printed.find(line), std::string::npos) << line;
+      }
+    }
+    EXPECT_NE(printed.find("Tel: " + sample_["company"].value("phone", "")), std::string::npos);
+  }
+
   json sample_;
   std::string dir_;
 };
@@ -150,22 +166,7 @@ TEST_P(CHostPrintsSample, ThroughTheCInterfaceAsTheLoaderDoes) {
   const std::string type = sample_.value("type", "");
   if (sample_.contains("company")) ApplyCompany(sample_["company"]);
   const std::string pdf = dir_ + "/c.pdf";
-  if (type == "letterhead") {
-    // The letterhead has no class of its own: it reaches paper as the head of a document.
-    ASSERT_EQ(quorvel_printer_set_output(pdf.c_str(), "a4"), QUORVEL_OK) << LastError();
-    CObject voucher = Create("Quorvel.ClassVoucher");
-    Call(Create("Quorvel.ClassVoucherPrinter"), "PrintIt", {CObj(voucher), CBool(true), CBool(false)});
-    int pages = 0;
-    std::istringstream letterhead(PrintWithLoader("a4", &pages));
-    const std::string printed = RunCommand("pdftotext '" + pdf + "' -");
-    for (std::string line; std::getline(letterhead, line);)
-      if (line.find_first_not_of(" \f") != std::string::npos) {
-        EXPECT_NE(printed.find(line), std::string::npos) << line;
-      }
-    const json& company = sample_["company"];
-    EXPECT_NE(printed.find("Tel: " + company.value("phone", "")), std::string::npos);
-    return;
-  }
+  if (type == "letterhead") return CheckLetterhead(pdf);
   const auto recipe = std::find_if(Recipes().begin(), Recipes().end(), [&](const Recipe& r) { return r.type == type; });
   ASSERT_NE(recipe, Recipes().end()) << "this host has no recipe for documents of type \"" << type << "\"";
 
