@@ -8,9 +8,9 @@ import tempfile
 
 
 def load_example(path):
-    spec = importlib.util.spec_from_file_location("invoice_host", path)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    found = importlib.util.spec_from_file_location("invoice_host", path)
+    module = importlib.util.module_from_spec(found)
+    found.loader.exec_module(module)
     return module
 
 
