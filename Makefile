@@ -25,6 +25,7 @@ demo: build
 	@$(BUILD)/cli/quorvel demo --out demo-output
 
 test: build
+	@bash scripts/install-deps.sh cups
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 	@if [ -n "$$CI" ] || [ "$$QUORVEL_SANITIZE_TESTS" = 1 ]; then \
 	  $(MAKE) --no-print-directory test-sanitize; \

@@ -100,7 +100,7 @@ template <> struct Arg<Surface&> {
     return ref.cls->as_surface(ref.ptr.get());
   }
   static Surface& Pass(Holder& h) { return *h; }
-  static Variant Back(const Holder&) { return Variant(); }
+  static Variant Back(const Holder&) { return Variant(); }  // never used: a surface is lent, not returned
 };
 template <class U> struct Arg<std::shared_ptr<U>> {
   static constexpr bool by_ref = false;
@@ -173,7 +173,7 @@ Variant CallWith(F& f, T& self, std::vector<Variant>& args, const std::vector<Pa
   };
   (take(std::get<I>(holders), I, std::type_identity<A>{}), ...);
   [[maybe_unused]] auto write_back = [&] {
-    ((Arg<A>::by_ref && I < args.size() ? (void)(args[I] = Arg<A>::Back(std::get<I>(holders))) : (void)0), ...);
+    ((Arg<A>::by_ref && !std::is_same_v<A, Surface&> && I < args.size() ? (void)(args[I] = Arg<A>::Back(std::get<I>(holders))) : (void)0), ...);
   };
   if constexpr (std::is_void_v<R>) {
     f(self, Arg<A>::Pass(std::get<I>(holders))...);
@@ -187,6 +187,20 @@ Variant CallWith(F& f, T& self, std::vector<Variant>& args, const std::vector<Pa
 }
 
 }  // namespace binding
+
+// A parameter as the interface declares it: "name", optionally "ByRef name" / "ByVal name" where
+// the interface passes it otherwise than the C++ signature suggests (a by-reference argument that
+// the routine never writes back), and "name As Variant" for a Variant-typed one.
+inline void ApplyParamSpec(std::string spec, ParamInfo& p) {
+  if (spec.rfind("ByRef ", 0) == 0) p.by_ref = true, spec.erase(0, 6);
+  else if (spec.rfind("ByVal ", 0) == 0) p.by_ref = false, spec.erase(0, 6);
+  const std::string as_variant = " As Variant";
+  if (spec.size() > as_variant.size() && spec.compare(spec.size() - as_variant.size(), as_variant.size(), as_variant) == 0) {
+    p.type.kind = TypeKind::Variant;
+    spec.erase(spec.size() - as_variant.size());
+  }
+  p.name = std::move(spec);
+}
 
 template <class T>
 class ClassBuilder {
@@ -237,6 +251,13 @@ class ClassBuilder {
     return *this;
   }
 
+  // The declared result type of the member just added, where the interface declares a wider
+  // one than the C++ signature gives (a Variant holding text).
+  ClassBuilder& Returns(TypeKind kind) {
+    info_.members.back().type.kind = kind;
+    return *this;
+  }
+
   ClassInfo& Info() { return info_; }
 
  private:
@@ -250,9 +271,11 @@ class ClassBuilder {
                                                                            : TypeRef{};
     const TypeRef types[] = {binding::Arg<A>::Type()..., TypeRef{}};
     const bool refs[] = {binding::Arg<A>::by_ref..., false};
-    for (size_t i = 0; i < sizeof...(A); ++i)
-      m.params.push_back(ParamInfo{i < names.size() ? names[i] : "arg" + std::to_string(i + 1), types[i],
-                                   refs[i] && kind == MemberKind::Method, i >= optional_from});
+    for (size_t i = 0; i < sizeof...(A); ++i) {
+      ParamInfo p{"arg" + std::to_string(i + 1), types[i], refs[i] && kind == MemberKind::Method, i >= optional_from};
+      if (i < names.size()) ApplyParamSpec(names[i], p);
+      m.params.push_back(std::move(p));
+    }
     if (kind != MemberKind::Method && sizeof...(A) == 1) m.type = types[0];
     const std::string where = info_.name + "." + name;
     const std::vector<ParamInfo> params = m.params;

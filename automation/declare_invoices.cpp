@@ -83,7 +83,8 @@ void DeclareInvoiceClasses(TypeLibrary& library) {
       .Method("printTable", &P::printTable, {"obj", "top", "hasBilling", "hasShipping", "hasLPO"})
       .Method("PrintIt", &P::PrintIt, {"invoice", "printHeader"})
       .Method("PrintItem", &P::PrintItem, {"obj", "It"})
-      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"});
+      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant);
 }
 
 }  // namespace quorvel

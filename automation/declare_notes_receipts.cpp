@@ -41,7 +41,9 @@ void DeclareDeliveryNoteClasses(TypeLibrary& library) {
       .Method("printTable", &P::printTable, {"obj", "top"})
       .Method("PrintItem", &P::PrintItem, {"obj", "It", "serialNumber"})
       .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant)
       .Method("AdjustedText2", &P::AdjustedText2, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant)
       .Method("PrintIt", &P::PrintIt, {"delNote", "printHeader"});
 }
 
@@ -54,7 +56,8 @@ void DeclareReceiptClasses(TypeLibrary& library) {
       .Method("PrintReceipt", &R::PrintReceipt, {"obj", "receipt"})
       .Method("SetCustomerMessage1", &R::SetCustomerMessage1, {"message"})
       .Method("SetCustomerMessage2", &R::SetCustomerMessage2, {"message"})
-      .Method("AdjustedText", &R::AdjustedText, {"obj", "text", "length"});
+      .Method("AdjustedText", &R::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant);
 }
 
 }  // namespace quorvel

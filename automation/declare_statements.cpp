@@ -99,10 +99,10 @@ void DeclareStatement(TypeLibrary& library) {
       .Field("Total", &S::Total)
       .Field("PrintPDCChecks", &S::PrintPDCChecks)
       .Field("PDCTotal", &S::PDCTotal)
-      .Method("AddItem", &S::AddItem, {"item"})
+      .Method("AddItem", &S::AddItem, {"ByRef item"})
       .Get<CollectionRef<ClassStatementItem>>("StatementItems", [](S& s) { return s.StatementItems(); })
       .Get<CollectionRef<ClassCheck>>("PDCChecks", [](S& s) { return s.PDCChecks(); })
-      .Method("AddChecks", &S::AddChecks, {"check"});
+      .Method("AddChecks", &S::AddChecks, {"ByRef check"});
 }
 }  // namespace
 
@@ -117,17 +117,19 @@ void DeclareStatementClasses(TypeLibrary& library) {
       .Field("printLPONumber", &P::printLPONumber)
       .Field("PreviewCollection", &P::PreviewCollection)
       .Method("PrintSalesReceipt", &P::PrintSalesReceipt, {})
-      .Method("PrintStatementHeader", &P::PrintStatementHeader, {"obj", "statement", "printHeader"})
-      .Method("PrintStatement", &P::PrintStatement, {"obj", "statement", "printHeader"})
-      .Method("PrintStandardAging", &P::PrintStandardAging, {"obj", "curY", "statement"})
-      .Method("PrintByMonthAging", &P::PrintByMonthAging, {"obj", "curY", "statement"})
+      .Method("PrintStatementHeader", &P::PrintStatementHeader, {"obj", "statement", "ByRef printHeader"})
+      .Method("PrintStatement", &P::PrintStatement, {"obj", "statement", "ByRef printHeader"})
+      .Method("PrintStandardAging", &P::PrintStandardAging, {"obj", "ByRef curY As Variant", "statement"})
+      .Method("PrintByMonthAging", &P::PrintByMonthAging, {"obj", "ByRef curY As Variant", "statement"})
       .Method("PrintItemsHeader", &P::PrintItemsHeader, {"obj"})
-      .Method("printTable", &P::printTable, {"obj", "top", "hasBilling", "hasShipping", "hasLPO", "showByMonth"})
-      .Method("PrintIt", &P::PrintIt, {"statement", "printHeader"})
+      .Method("printTable", &P::printTable,
+              {"obj", "ByRef top As Variant", "ByRef hasBilling", "ByRef hasShipping", "ByRef hasLPO", "ByRef showByMonth"})
+      .Method("PrintIt", &P::PrintIt, {"statement", "ByVal printHeader"})
       .Method("PrintPDCChecks", &P::PrintPDCChecks, {"obj"})
       .Method("PrintChecksHeader", &P::PrintChecksHeader, {"obj"})
-      .Method("PrintItem", &P::PrintItem, {"obj", "It"})
-      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"});
+      .Method("PrintItem", &P::PrintItem, {"obj", "ByRef It"})
+      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant);
 
   using C = ClassCheckPrinter;
   ClassBuilder<C>(library, "ClassCheckPrinter")
@@ -136,9 +138,10 @@ void DeclareStatementClasses(TypeLibrary& library) {
       .Method("PrintChecks", &C::PrintChecks, {"obj", "statement", "printHeader", "printTable", "pageNumber"})
       .Method("printHeader", &C::printHeader, {"obj", "printHeader"})
       .Method("PrintItemsHeader", &C::PrintItemsHeader, {"obj"})
-      .Method("PrintItem", &C::PrintItem, {"obj", "It"})
-      .Method("printTable", &C::printTable, {"obj", "top", "hasBilling", "hasShipping", "hasLPO"})
-      .Method("AdjustedText", &C::AdjustedText, {"obj", "text", "length"});
+      .Method("PrintItem", &C::PrintItem, {"obj", "ByRef It"})
+      .Method("printTable", &C::printTable, {"obj", "top As Variant", "hasBilling", "hasShipping", "hasLPO"})
+      .Method("AdjustedText", &C::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant);
 }
 
 }  // namespace quorvel

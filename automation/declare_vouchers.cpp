@@ -43,11 +43,12 @@ void DeclareVoucherClasses(TypeLibrary& library) {
       .Field("Title", &P::Title)
       .Method("PrintIt", &P::PrintIt, {"voucherData", "printHeader", "isReceipt"})
       .Method("PrintReceiptVoucher", &P::PrintReceiptVoucher, {"obj", "receiptData", "printHeader", "isReceipt"})
-      .Method("PrintPaymentDetails", &P::PrintPaymentDetails, {"obj", "Payments", "isReceipt"})
       .Method("PrintPaymentDetailsHeader", &P::PrintPaymentDetailsHeader, {"obj", "isReceipt"})
+      .Method("PrintPaymentDetails", &P::PrintPaymentDetails, {"obj", "Payments", "isReceipt"})
       .Method("PrintPaymentDetailsInfo", &P::PrintPaymentDetailsInfo, {"obj", "payment"})
-      .Method("printTable", &P::printTable, {"obj", "top"})
-      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"});
+      .Method("printTable", &P::printTable, {"obj", "top As Variant"})
+      .Method("AdjustedText", &P::AdjustedText, {"obj", "text", "length"})
+      .Returns(TypeKind::Variant);
 }
 
 }  // namespace quorvel

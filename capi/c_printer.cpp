@@ -1,0 +1,89 @@
+// The C entry points for surfaces: the system printer, its output and paper, and preview surfaces.
+#include <cmath>
+
+#include "automation/document_job.hpp"
+#include "capi/c_support.hpp"
+#include "foundation/atomic_file.hpp"
+#include "foundation/preview_surface.hpp"
+#include "foundation/printer_surface.hpp"
+
+namespace capi = quorvel::capi;
+using quorvel::PrinterOutput;
+
+namespace {
+
+// Paper first: both setters refuse inside a document, and the paper's refusal comes before
+// anything changed.
+void ApplyOutput(const PrinterOutput& output, const char* paper) {
+  quorvel::PrinterSurface& printer = quorvel::SystemPrinter();
+  if (paper) printer.SetPaper(quorvel::Paper::Named(paper));
+  printer.SetOutput(output);
+}
+
+// Largest picture a host may ask for: a 16-bit count of twips, as the surface's positions are.
+constexpr double kLargestPreview = 32767.0 * 20;
+
+}  // namespace
+
+extern "C" {
+
+int32_t quorvel_system_printer(quorvel_object** printer) {
+  return capi::Guard([&] {
+    if (!printer) quorvel::Raise(quorvel::err::kInvalidArgument, "no place for the printer given");
+    *printer = capi::NewHandle(quorvel::SystemPrinterRef());
+  });
+}
+
+int32_t quorvel_printer_set_output(const char* path, const char* paper) {
+  return capi::Guard([&] {
+    const PrinterOutput output = PrinterOutput::ForPath(capi::TextArg(path, "output path"));
+    // A bad folder is reported now, not when the document is already drawn.
+    quorvel::CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+    ApplyOutput(output, paper);
+  });
+}
+
+int32_t quorvel_printer_set_queue(const char* queue, const char* paper) {
+  return capi::Guard([&] {
+    PrinterOutput output;
+    output.kind = PrinterOutput::Kind::Queue;
+    output.queue = queue ? queue : "";
+    ApplyOutput(output, paper);
+  });
+}
+
+int32_t quorvel_printer_end_doc(void) {
+  return capi::Guard([] {
+    quorvel::PrinterSurface& printer = quorvel::SystemPrinter();
+    if (printer.InDocument()) printer.EndDoc();
+  });
+}
+
+int32_t quorvel_printer_kill_doc(void) {
+  return capi::Guard([] { quorvel::SystemPrinter().KillDoc(); });
+}
+
+int32_t quorvel_printer_last_results(char** results, int32_t* pages) {
+  return capi::Guard([&] {
+    const quorvel::PrinterSurface& printer = quorvel::SystemPrinter();
+    if (results) {
+      std::string joined;
+      for (const std::string& line : printer.LastResults()) joined += (joined.empty() ? "" : "\n") + line;
+      *results = capi::CopyText(joined);
+    }
+    if (pages) *pages = printer.LastPageCount();
+  });
+}
+
+int32_t quorvel_preview_create(double width, double height, quorvel_object** preview) {
+  return capi::Guard([&] {
+    if (!preview) quorvel::Raise(quorvel::err::kInvalidArgument, "no place for the preview given");
+    *preview = nullptr;
+    for (double extent : {width, height})
+      if (!std::isfinite(extent) || extent <= 0 || extent > kLargestPreview)
+        quorvel::Raise(quorvel::err::kInvalidArgument, "a preview is 1 to 655340 twips wide and high");
+    *preview = capi::NewHandle(quorvel::MakeRef(std::make_shared<quorvel::PreviewSurface>(width, height)));
+  });
+}
+
+}  // extern "C"

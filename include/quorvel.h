@@ -1,0 +1,119 @@
+/* The C interface of libquorvel: classes created by name, members reached by name with variants. */
+#ifndef QUORVEL_H
+#define QUORVEL_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/*
+ * Every function returns a status: QUORVEL_OK, or the automation error number of the failure
+ * (438 no such member, 13 type mismatch, 6 overflow, 429 no such class, 91 no object, 5 invalid
+ * argument, 482 printer error, ...). quorvel_last_error gives the number and message of the
+ * calling thread's last call. Nothing is thrown across this interface.
+ *
+ * Threads: objects are not locked. Build and print one document per thread; the company profile
+ * (ClassCompanyInfo) and the system printer are shared by the whole process, so a host that
+ * prints on the system printer from several threads takes turns itself.
+ */
+#define QUORVEL_OK 0
+
+typedef struct quorvel_object quorvel_object; /* a handle to one reference to a Quorvel object */
+
+typedef enum quorvel_type {
+  QUORVEL_EMPTY = 0,
+  QUORVEL_BOOLEAN = 1, /* value.boolean: 0 false, anything else true */
+  QUORVEL_INTEGER = 2, /* value.integer: 16 bits */
+  QUORVEL_LONG = 3,    /* value.long_value: 32 bits */
+  QUORVEL_SINGLE = 4,  /* value.single */
+  QUORVEL_DOUBLE = 5,  /* value.real */
+  QUORVEL_TEXT = 6,    /* value.text: UTF-8, NUL-terminated */
+  QUORVEL_OBJECT = 7   /* value.object: a document, line, printer, surface or collection; NULL is Nothing */
+} quorvel_type;
+
+/*
+ * A value crossing the interface. Values the caller builds are only read (owned stays 0). Texts
+ * and objects the library hands out (results, by-reference write-backs) have owned = 1 and are
+ * given back with quorvel_variant_clear.
+ */
+typedef struct quorvel_variant {
+  int32_t type; /* quorvel_type */
+  int32_t owned;
+  union {
+    int32_t boolean;
+    int16_t integer;
+    int32_t long_value;
+    float single;
+    double real;
+    const char* text;
+    quorvel_object* object;
+  } value;
+} quorvel_variant;
+
+/* Creates an object of a creatable class: "Quorvel.ClassInvoice" (the prefix and case are optional). */
+int32_t quorvel_create(const char* class_name, quorvel_object** object);
+
+/* Reads a property (or calls a method without arguments) into *result, which may be NULL. */
+int32_t quorvel_get(quorvel_object* object, const char* member, quorvel_variant* result);
+
+/* Sets a property; an object value sets an object property (Set). */
+int32_t quorvel_put(quorvel_object* object, const char* member, const quorvel_variant* value);
+
+/*
+ * Calls a method with `count` arguments in declaration order; trailing optional ones may be left
+ * out. Arguments the method takes by reference and changes are written back into args[i] (as
+ * owned values; an owned value replaced there is released first). *result may be NULL.
+ */
+int32_t quorvel_call(quorvel_object* object, const char* member, quorvel_variant* args, int32_t count,
+                     quorvel_variant* result);
+
+/* Gives up one handle; the object lives on while documents or other handles still hold it. NULL is allowed. */
+int32_t quorvel_release(quorvel_object* object);
+
+/* Releases an owned text or object and sets the variant to QUORVEL_EMPTY; a caller's own variant is only emptied. */
+int32_t quorvel_variant_clear(quorvel_variant* value);
+
+/* Frees a text the library allocated on its own (quorvel_printer_last_results). NULL is allowed. */
+int32_t quorvel_text_free(char* text);
+
+/* *same = 1 when both handles refer to the same object, else 0. */
+int32_t quorvel_same_object(const quorvel_object* first, const quorvel_object* second, int32_t* same);
+
+/* The number and message of the calling thread's last call (0 and "" after a success). Giving
+   back (quorvel_release, quorvel_variant_clear, quorvel_text_free) never fails and leaves it as it
+   was. The message stays valid until this thread's next call of another function. */
+int32_t quorvel_last_error(int32_t* number, const char** message);
+
+/* A handle to the process-wide system printer, the surface every PrintIt draws on. */
+int32_t quorvel_system_printer(quorvel_object** printer);
+
+/* Where the system printer's next documents go: a file ending in .pdf, .png (one file per page),
+   .svg or .jsonl (drawing operations); paper "a4", "letter" or "roll" (NULL keeps the paper). */
+int32_t quorvel_printer_set_output(const char* path, const char* paper);
+
+/* Sends the system printer's next documents to a print queue, as PDF print jobs: the default
+   destination when queue is NULL or "", else the queue of that name. */
+int32_t quorvel_printer_set_queue(const char* queue, const char* paper);
+
+/* Ends the document in progress on the system printer (for routines that leave it to the host,
+   such as ClassCheckPrinter.PrintChecks). Does nothing when no document is open. */
+int32_t quorvel_printer_end_doc(void);
+
+/* Abandons the document in progress on the system printer: nothing of it is output. For a host
+   whose own call of a document routine on the printer failed half-way. */
+int32_t quorvel_printer_kill_doc(void);
+
+/* What the last finished document produced: its files, or "job QUEUE-ID" for a print job, one
+   per line, in a text freed with quorvel_text_free; and its page count. Either may be NULL. */
+int32_t quorvel_printer_last_results(char** results, int32_t* pages);
+
+/* A new in-memory preview surface of the given size in twips (A4 is 11906 x 16838). */
+int32_t quorvel_preview_create(double width, double height, quorvel_object** preview);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* QUORVEL_H */

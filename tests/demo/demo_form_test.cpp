@@ -1,0 +1,209 @@
+// The demonstration form without a browser: its buttons, the shared picture, "Set Co Info".
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+#include "demo/demo_form.hpp"
+#include "demo/samples.hpp"
+#include "foundation/company_info.hpp"
+#include "foundation/errors.hpp"
+#include "support/ops_helpers.hpp"
+
+namespace quorvel::demo {
+namespace {
+
+using nlohmann::json;
+using testing::LineAt;
+
+// A voucher without letterhead: its title stands twelve 10-point lines below the top margin.
+json SmallVoucher() {
+  return json::parse(R"({
+    "type": "voucher", "printHeader": false,
+    "company": {"CompanyName": "Orrin Fieldworks"},
+    "printer": {"Title": "DEMO VOUCHER"},
+    "document": {"Amount": "10.00", "Number": "PV-1", "PayeeName": "Tamsin Leck"}
+  })");
+}
+
+class DemoFormTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ModuleCompanyInfo::Profile() = CompanyProfile{};
+    saved_dir_ = SamplesDir();
+    dir_ = testing::TempDir("demo-form");
+    SetSamplesDir(dir_);
+  }
+  void TearDown() override { SetSamplesDir(saved_dir_); }
+
+  void WriteSample(const std::string& name, const json& sample) {
+    std::ofstream(dir_ + "/" + name + ".json") << sample.dump(2);
+  }
+  // The y of every "DEMO VOUCHER" title on the picture, in print order.
+  static std::vector<double> TitleYs(const DemoForm& form) {
+    std::vector<double> ys;
+    for (const TextOp& t : testing::Texts(form.Picture().Ops()))
+      if (t.text == "DEMO VOUCHER") ys.push_back(t.y);
+    return ys;
+  }
+
+  std::string saved_dir_, dir_;
+};
+
+TEST_F(DemoFormTest, EightButtonsInTheFormsOrderWithTheirCaptions) {
+  std::vector<std::string> controls, captions;
+  for (const FormButton& b : FormButtons()) {
+    controls.push_back(b.control);
+    captions.push_back(b.caption);
+  }
+  EXPECT_EQ(controls, (std::vector<std::string>{"Command1", "Command2", "Command3", "Command4", "Command5",
+                                                "Command6", "Command7", "Command8"}));
+  EXPECT_EQ(captions, (std::vector<std::string>{"Voucher", "Invoice", "Set Co Info", "Delivery Note",
+                                                "Delivery Note", "Receipt", "Statement", "Checks"}));
+  // The two "Delivery Note" buttons print different samples; "Set Co Info" prints none.
+  EXPECT_EQ(FormButtons()[3].sample, "delivery_note");
+  EXPECT_EQ(FormButtons()[4].sample, "delivery_note_long");
+  EXPECT_EQ(FormButtons()[2].sample, "");
+}
+
+TEST_F(DemoFormTest, EveryPrintLandsOnTheSamePictureWithoutClearingIt) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const DrawOps first = form.Picture().Ops();
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const DrawOps& both = form.Picture().Ops();
+  ASSERT_EQ(both.size(), 2 * first.size());
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), both.begin()));  // the first print is still there
+  EXPECT_EQ(form.Prints(), 2);
+  // The page is the printer's A4 page, and the text list tells which print drew each text.
+  const json state = form.State();
+  EXPECT_EQ(state["width"], 11906);
+  EXPECT_EQ(state["height"], 16838);
+  std::vector<int> title_prints;
+  for (const json& t : state["texts"])
+    if (t["text"] == "DEMO VOUCHER") title_prints.push_back(t["print"]);
+  EXPECT_EQ(title_prints, (std::vector<int>{1, 2}));
+}
+
+TEST_F(DemoFormTest, SetCoInfoMovesEveryLaterPrintDownBy500) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  ASSERT_TRUE(form.Press("Command3").ok);
+  EXPECT_EQ(ModuleCompanyInfo::Profile().TopMargin, 500);
+  EXPECT_EQ(ModuleCompanyInfo::Profile().BottomReserve, 5500 - 500);
+  ASSERT_TRUE(form.Press("Command1").ok);
+  ASSERT_TRUE(form.Press("Command1").ok);  // the margin stays for every later print
+  const double title = 12 * LineAt(10);
+  const std::vector<double> ys = TitleYs(form);
+  ASSERT_EQ(ys.size(), 3u);
+  EXPECT_NEAR(ys[0], 0 + title, 1e-9);
+  EXPECT_NEAR(ys[1], 500 + title, 1e-9);
+  EXPECT_NEAR(ys[2], 500 + title, 1e-9);
+}
+
+TEST_F(DemoFormTest, SetCoInfoBeforeTheFirstPrintKeepsTheReservedFoot) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command3").ok);
+  ASSERT_TRUE(form.Press("Command1").ok);  // applying the sample's company must not reset the margins
+  EXPECT_EQ(ModuleCompanyInfo::Profile().TopMargin, 500);
+  EXPECT_EQ(ModuleCompanyInfo::Profile().BottomReserve, 5000);
+  EXPECT_EQ(ModuleCompanyInfo::Profile().CompanyName, "Orrin Fieldworks");
+}
+
+TEST_F(DemoFormTest, OnlySetCoInfoMovesTheTopMargin) {
+  json sample = SmallVoucher();
+  sample["company"]["TopMargin"] = 2000;
+  WriteSample("voucher", sample);
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  EXPECT_EQ(ModuleCompanyInfo::Profile().TopMargin, 0);
+  ASSERT_EQ(TitleYs(form).size(), 1u);
+  EXPECT_NEAR(TitleYs(form)[0], 12 * LineAt(10), 1e-9);
+}
+
+TEST_F(DemoFormTest, AMissingSampleSaysSoAndLeavesThePictureAlone) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const size_t before = form.Picture().Ops().size();
+  const PressResult result = form.Press("Command2");
+  EXPECT_FALSE(result.ok);
+  EXPECT_NE(result.message.find("\"Invoice\""), std::string::npos) << result.message;
+  EXPECT_NE(result.message.find("invoice.json"), std::string::npos) << result.message;
+  EXPECT_EQ(form.Picture().Ops().size(), before);
+  EXPECT_EQ(form.Prints(), 1);
+  EXPECT_FALSE(form.Press("Command9").ok);
+}
+
+TEST_F(DemoFormTest, ABrokenSampleIsReportedNotThrown) {
+  std::ofstream(dir_ + "/statement.json") << "{ not json";
+  WriteSample("cheque_list", json{{"type", "cheque_list"}, {"printer", {{"NoSuchSwitch", true}}}});
+  DemoForm form;
+  const PressResult broken = form.Press("Command7");
+  EXPECT_FALSE(broken.ok);
+  EXPECT_NE(broken.message.find("statement.json is not valid JSON"), std::string::npos) << broken.message;
+  const PressResult unknown = form.Press("Command8");
+  EXPECT_FALSE(unknown.ok);
+  EXPECT_NE(unknown.message.find("NoSuchSwitch"), std::string::npos) << unknown.message;
+  EXPECT_EQ(form.Prints(), 0);
+}
+
+TEST_F(DemoFormTest, AFullPictureIsClearedBeforeTheNextPrint) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form(/*max_ops=*/1);
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const size_t one_print = form.Picture().Ops().size();
+  const PressResult second = form.Press("Command1");
+  EXPECT_TRUE(second.ok);
+  EXPECT_NE(second.message.find("cleared"), std::string::npos) << second.message;
+  EXPECT_EQ(form.Picture().Ops().size(), one_print);
+  EXPECT_EQ(form.Prints(), 1);
+}
+
+TEST_F(DemoFormTest, ThePictureIsServedAsAnSvgPageOfTheSameSize) {
+  WriteSample("voucher", SmallVoucher());
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const std::string svg = form.PictureSvg();
+  EXPECT_EQ(svg.rfind("<?xml", 0), 0u);
+  // Twips are twentieths of a point: 11906 × 16838 twips is 595.3 × 841.9 points.
+  EXPECT_NE(svg.find("width=\"595.3pt\" height=\"841.9pt\""), std::string::npos);
+  EXPECT_NE(svg.find("<symbol"), std::string::npos);  // the glyphs of the texts, used by reference
+  EXPECT_NE(svg.find("<use"), std::string::npos);
+  EXPECT_NE(svg.rfind("</svg>"), std::string::npos);
+}
+
+TEST_F(DemoFormTest, EachPrintCanBeFetchedOnItsOwnWithItsTexts) {
+  WriteSample("voucher", SmallVoucher());
+  json other = SmallVoucher();
+  other["printer"]["Title"] = "SECOND TITLE";
+  WriteSample("statement", other);  // any document serves: the button only names the file
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  ASSERT_TRUE(form.Press("Command7").ok);
+  // A layer is transparent: no white page under it, unlike the whole picture.
+  const std::string white = "fill:rgb(100%,100%,100%)";
+  EXPECT_NE(form.PictureSvg().find(white), std::string::npos);
+  EXPECT_EQ(form.PrintSvg(2).find(white), std::string::npos);
+  EXPECT_NE(form.PrintSvg(2).find("<use"), std::string::npos);
+  EXPECT_THROW(form.PrintSvg(3), AutomationError);
+  EXPECT_THROW(form.PrintSvg(0), AutomationError);
+  // The texts from print 2 on are the second voucher's only.
+  std::vector<std::string> titles;
+  const json from_second = form.State(2);  // kept: the loop must not walk a temporary's member
+  for (const json& t : from_second["texts"]) {
+    EXPECT_EQ(t["print"], 2);
+    if (t["size"] == 16) titles.push_back(t["text"]);
+  }
+  EXPECT_EQ(titles, (std::vector<std::string>{"SECOND TITLE"}));
+  EXPECT_TRUE(form.State(3)["texts"].empty());
+  EXPECT_EQ(form.State(3)["prints"], 2);
+}
+
+}  // namespace
+}  // namespace quorvel::demo
