@@ -35,6 +35,7 @@ test: build
 
 # The whole suite built with -DQUORVEL_SANITIZE=ON (AddressSanitizer + UndefinedBehaviorSanitizer).
 test-sanitize: deps
+	@bash scripts/install-deps.sh cups
 	@cmake -S . -B $(SANITIZE_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON >/dev/null
 	@$(SANITIZER_ENV) cmake --build $(SANITIZE_BUILD) -j $(JOBS)
 	@cd $(SANITIZE_BUILD) && $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS)
