@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fstream>
 #include <map>
+#include <set>
 #include <string>
 
 #include "bench/bench_documents.hpp"
@@ -33,9 +34,14 @@ class SummaryReporter : public benchmark::ConsoleReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
-      if (run.error_occurred || run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
+      // With --benchmark_repetitions the median stands for the benchmark; otherwise its one run.
+      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+      if (run.error_occurred || run.iterations == 0 || !(median || run.run_type == Run::RT_Iteration)) continue;
       // The registered name, without the "/real_time" and "/min_time:" decorations.
-      Result& r = results_[run.run_name.function_name];
+      const std::string name = run.run_name.function_name;
+      if (!median && medians_.count(name)) continue;
+      if (median) medians_.insert(name);
+      Result& r = results_[name];
       r.seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
       r.cpu_seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
       for (const auto& [name, counter] : run.counters) r.counters[name] = counter.value;
@@ -85,6 +91,7 @@ class SummaryReporter : public benchmark::ConsoleReporter {
   }
 
   std::map<std::string, Result> results_;
+  std::set<std::string> medians_;
 };
 
 }  // namespace
