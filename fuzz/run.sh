@@ -14,9 +14,11 @@ for target in fuzz_document fuzz_text_fitting fuzz_dispatch; do
   work="$build/fuzz-work/$target"
   mkdir -p "$work/corpus" "$work/artifacts"
   log="$work/last-run.log"
+  dict=()
+  [ -f "$here/${target#fuzz_}.dict" ] && dict=(-dict="$here/${target#fuzz_}.dict")
   # Runs in its own directory: nothing a target does lands in the source tree.
   (cd "$work" && "../../fuzz/$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
-     -max_len=16384 -print_funcs=0 -print_final_stats=1 -artifact_prefix=artifacts/ \
+     -max_len=16384 -print_funcs=0 -print_final_stats=1 -artifact_prefix=artifacts/ "${dict[@]}" \
      corpus "$here/corpus/$target") >"$log" 2>&1
   status=$?
   runs=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | grep -o '[0-9]*$')
