@@ -1,5 +1,8 @@
 // quorvel print on hostile documents: a clear error and no file, or a whole and valid PDF.
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <vector>
 
 #include "robustness/robustness_helpers.hpp"
 #include "support/ops_helpers.hpp"
@@ -78,13 +81,19 @@ TEST(HostileCli, AMissingOrUnusableOutputDirectoryIsNamedAndNothingIsWritten) {
   const std::string dir = TempDir("rob-outdir");
   WriteFile(dir + "/doc.json", LoadSample("receipt").dump());
   WriteFile(dir + "/plain-file", "not a directory");
-  for (const std::string out : {dir + "/missing/out.pdf", dir + "/plain-file/out.pdf"}) {
+  std::vector<std::string> outputs = {dir + "/missing/out.pdf", dir + "/plain-file/out.pdf"};
+  // A directory without write permission stops everyone but root, who writes anywhere.
+  std::filesystem::create_directory(dir + "/read-only");
+  std::filesystem::permissions(dir + "/read-only", std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+  if (geteuid() != 0) outputs.push_back(dir + "/read-only/out.pdf");
+  for (const std::string& out : outputs) {
     const CommandResult result = RunQuorvel("print '" + dir + "/doc.json' -o '" + out + "'");
     EXPECT_NE(result.exit_code, 0);
     EXPECT_NE(result.output.find("error 75"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("cannot write " + out), std::string::npos) << result.output;
   }
-  EXPECT_EQ(Entries(dir), (std::set<std::string>{"doc.json", "plain-file"}));
+  EXPECT_EQ(Entries(dir), (std::set<std::string>{"doc.json", "plain-file", "read-only"}));
+  EXPECT_TRUE(Entries(dir + "/read-only").empty());
 }
 
 TEST(HostileCli, ValuesOfTheWrongTypeNameTheFieldAndWriteNothing) {
