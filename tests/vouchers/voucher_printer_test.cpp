@@ -107,21 +107,12 @@ TEST_F(VoucherPrinterTest, PaymentVoucherOnPlainStationery) {
                                                      {"AmountDue", 5772}, {"Credits", 7519}, {"Payment", 9041}};
   for (const auto& [heading, x] : headings) ExpectAt(FindText(ops, heading), x, row);
 
+  // The rows under the heading rule (their columns and the frame are the table tests'), the
+  // bottom rule under the second.
   const double top = row + L;
   ExpectAt(FindText(ops, " B-1001"), 1000, top);
-  ExpectAt(FindText(ops, "02/02/2024 "), 3900 - Measure("02/02/2024 "), top);
-  ExpectAt(FindText(ops, " B-1002"), 1000, top + L);
-  ExpectAt(FindText(ops, "7,400.75 "), 5500 - Measure("7,400.75 "), top + L);
-  ExpectAt(FindText(ops, "150.00 "), 8700 - Measure("150.00 "), top + L);
   ExpectAt(FindText(ops, "7,250.75 "), 10906 - Measure("7,250.75 "), top + L);
-
-  // Rules: under the headings, seven verticals 3000 long, the bottom one under the last row.
-  const auto lines = testing::Lines(ops);
-  ASSERT_EQ(lines.size(), 9u);
-  EXPECT_EQ(lines[0], (LineOp{1000, top, 10906, top}));
-  const double xs[] = {1000, 2400, 3900, 5500, 7100, 8700, 10906};
-  for (int k = 0; k < 7; ++k) EXPECT_EQ(lines[1 + k], (LineOp{xs[k], top, xs[k], top + 3000})) << k;
-  EXPECT_EQ(lines[8], (LineOp{1000, top + 2 * L, 10906, top + 2 * L}));
+  EXPECT_EQ(testing::Lines(ops).back(), (LineOp{1000, top + 2 * L, 10906, top + 2 * L}));
 
   // One line below the rounded bottom rule, then two empty lines.
   ExpectSignatures(ops, std::nearbyint(top + 2 * L) + 3 * L);
