@@ -151,22 +151,18 @@ TEST_F(InvoiceBody, NotesAmountInWordsAndSignaturesFollowTheTotals) {
 }
 
 TEST_F(InvoiceBody, AmountCaptionFallsBackToTheSignThenToWords) {
-  ModuleCompanyInfo::Profile().DefaultCurrencyName = "";
-  ModuleCompanyInfo::Profile().DefaultCurrencySign = "AED";
-  PreviewSurface by_sign;
-  printer.PrintInvoice(by_sign, invoice, false);
-  EXPECT_TRUE(HasText(by_sign.Ops(), "Amount in AEDs:"));
-
-  ModuleCompanyInfo::Profile().DefaultCurrencySign = "";
-  PreviewSurface plain;
-  printer.PrintInvoice(plain, invoice, false);
-  EXPECT_TRUE(HasText(plain.Ops(), "Amount in words:"));
-  EXPECT_FALSE(HasText(plain.Ops(), "Customer's Sign"));  // PrintFooter is off
-
-  invoice.SumOfTotal = "";
-  PreviewSurface none;
-  printer.PrintInvoice(none, invoice, false);
-  EXPECT_FALSE(HasText(none.Ops(), "Amount in words:"));
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"", "AED", "Thirty", "Amount in AEDs:"}, {"", "", "Thirty", "Amount in words:"}, {"", "", "", ""}};
+  for (const auto& [name, sign, words, caption] : cases) {
+    ModuleCompanyInfo::Profile().DefaultCurrencyName = name;
+    ModuleCompanyInfo::Profile().DefaultCurrencySign = sign;
+    invoice.SumOfTotal = words;
+    PreviewSurface s;
+    printer.PrintInvoice(s, invoice, false);
+    for (const char* any : {"Amount in AEDs:", "Amount in words:"})
+      EXPECT_EQ(HasText(s.Ops(), any), any == std::string(caption)) << any;  // none without words
+    EXPECT_FALSE(HasText(s.Ops(), "Customer's Sign"));  // PrintFooter is off
+  }
 }
 
 TEST_F(InvoiceBody, FailingEndDocIsIgnored) {
