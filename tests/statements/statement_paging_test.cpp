@@ -82,36 +82,22 @@ TEST_F(StatementPaging, StatementWithoutLinesPrintsOnePageAndEnds) {
   const DrawOps ops = PrintToOps(*s);
   EXPECT_EQ(CountOps(ops, "page"), 0);
   EXPECT_EQ(CountOps(ops, "end"), 1);
-  for (const char* text : {"Statement", "Date", "Description", "Balance", "Total:", "1,500.00 ",
-                           "Current", "Amount Due", "Notes:", "Nothing due this month"})
+  for (const char* text : {"Statement", "Balance", "Total:", "Amount Due", "Nothing due this month"})
     EXPECT_TRUE(HasText(ops, text)) << text;
   EXPECT_EQ(CountOps(ops, "box"), 3);  // date, totals and aging boxes: the frame is there
   EXPECT_FALSE(HasText(ops, "Page 1"));
   EXPECT_EQ(CountOps(Preview(*s), "text"), CountOps(ops, "text"));
 }
 
-TEST_F(StatementPaging, PagesAreNumberedAndBrokenOnlyOnTheSystemPrinter) {
-  const int per_page = testing::RowsPerPage(kFirstRow, testing::kFoot);
-  auto s = testing::SampleStatement(per_page + 1, 0);
-  const DrawOps ops = PrintToOps(*s);
-  EXPECT_EQ(CountOps(ops, "page"), 1);
-  EXPECT_EQ(SystemPrinter().LastPageCount(), 2);
-  EXPECT_TRUE(HasText(ops, "Page 1") && HasText(ops, "Page 2"));
-
-  const DrawOps preview = Preview(*s);
-  EXPECT_DOUBLE_EQ(FindText(preview, " Line " + std::to_string(per_page + 1)).y, kFirstRow);  // over page 1
-  EXPECT_EQ(CountOps(preview, "text"), CountOps(ops, "text"));
-  EXPECT_EQ(testing::AllTexts(preview, "Statement").size(), 2u);  // both headers were drawn
-}
-
-TEST_F(StatementPaging, ChequeListFollowsOnANewPageWithTheNextNumber) {
+TEST_F(StatementPaging, PagesBreakOnlyOnThePrinterAndTheChequeListFollowsWithTheNextNumber) {
   const int per_page = testing::RowsPerPage(kFirstRow, testing::kFoot);
   auto s = testing::SampleStatement(per_page + 1, 3);
   s->PrintPDCChecks = true;
   const DrawOps ops = PrintToOps(*s);
   EXPECT_EQ(CountOps(ops, "page"), 2);  // one break in the ledger, one before the list
   EXPECT_EQ(CountOps(ops, "end"), 1);
-  EXPECT_TRUE(HasText(ops, "Page 2"));
+  EXPECT_EQ(SystemPrinter().LastPageCount(), 3);
+  EXPECT_TRUE(HasText(ops, "Page 1") && HasText(ops, "Page 2"));
   // The list's ops come after the last page op, its number with a leading blank.
   size_t last_page = 0;
   for (size_t i = 0; i < ops.size(); ++i)
@@ -119,6 +105,12 @@ TEST_F(StatementPaging, ChequeListFollowsOnANewPageWithTheNextNumber) {
   const DrawOps list(ops.begin() + static_cast<std::ptrdiff_t>(last_page), ops.end());
   for (const char* text : {"Post-Dated Cheques", "Page  3", "CHQ-3", "9,999.00 "}) EXPECT_TRUE(HasText(list, text)) << text;
   EXPECT_FALSE(HasText(list, " Line 1"));
+
+  // A preview draws the same texts, later pages over the first, the header on each.
+  const DrawOps preview = Preview(*s);
+  EXPECT_DOUBLE_EQ(FindText(preview, " Line " + std::to_string(per_page + 1)).y, kFirstRow);
+  EXPECT_EQ(CountOps(preview, "text"), CountOps(ops, "text"));
+  EXPECT_EQ(testing::AllTexts(preview, "Statement").size(), 2u);
 
   s->PrintPDCChecks = false;
   EXPECT_FALSE(HasText(PrintToOps(*s), "Post-Dated Cheques"));
