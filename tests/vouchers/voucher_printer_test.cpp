@@ -214,15 +214,16 @@ std::vector<std::string> WordLines(const DrawOps& ops, const std::string& curren
 
 TEST_F(VoucherPrinterTest, AmountInWordsBreaksPastTheWidthOnceAndOnlyForItsOwnVoucher) {
   constexpr double kWordsWidth = 11906 - 1000 - 1000 - 1500;  // 8406
-  std::string words;
-  for (int k = 0; k < 12; ++k) words += "Seventy Thousand ";
-  words += "Only";
-  // The first line is the shortest head that ends with a blank and is at least 8406 wide.
-  size_t p = words.find(' ') + 1;
-  while (Measure(words.substr(0, p)) < kWordsWidth) p = words.find(' ', p) + 1;
-  v.SumofAmount = words;
+  // The first line is the shortest head that ends with a blank and is at least 8406 wide: a
+  // head that just reaches it (by less than an "i"), then two more words.
+  std::string head;
+  while (Measure(head + "Seventy Thousand Fifty ") < kWordsWidth) head += "Seventy Thousand ";
+  while (Measure(head + "Fifty ") < kWordsWidth) head += "i";
+  head += "Fifty ";
+  ASSERT_LT(Measure(head), kWordsWidth + Measure("i"));
+  v.SumofAmount = head + "Five Only";
   printer.PrintReceiptVoucher(page, v, false, false);
-  EXPECT_EQ(WordLines(page.Ops(), "Dollars   "), (std::vector<std::string>{words.substr(0, p), words.substr(p)}));
+  EXPECT_EQ(WordLines(page.Ops(), "Dollars   "), (std::vector<std::string>{head, "Five Only"}));
 
   // The same printer on the next voucher shows only that voucher's words.
   v.SumofAmount = "Five Only";
