@@ -89,30 +89,32 @@ TEST_F(InvoicePages, ItemThatDoesNotFitMovesWholeToTheNextPage) {
   EXPECT_TRUE(HasText(pages[1], "Item #"));  // captions on every page with goods
 }
 
-TEST_F(InvoicePages, FitIsJudgedByTheWidthEstimateNotTheWrappedLines) {
-  // Put the second item where 2.75 lines are left above the foot (the first is short).
-  const double room = 2.75 * L;
-  ModuleCompanyInfo::Profile().TopMargin = kFoot - room - (L + 100) - L - 19 * L;
-  const std::string fits = DescriptionOfWidth(2.5);    // estimate 2.5 lines, wraps into 3
-  const std::string moves = DescriptionOfWidth(2.95);  // estimate 2.95 lines, wraps into 3
-  ASSERT_LT(EstimatedHeight(fits), room - 1);
-  ASSERT_GT(EstimatedHeight(moves), room + 1);
+TEST_F(InvoicePages, FitIsJudgedByTheWidthOver4300NotTheWrappedLines) {
+  // The second item is estimated at TextHeight("W") × its width / 4300, about 2.6 lines, and
+  // wraps into three. The foot is put where width / 4250 lines are left under it (it fits,
+  // running past the foot), then where width / 4350 are (it moves).
+  const std::string description = DescriptionOfWidth(2.6);
+  const double w = testing::Measure(description), h = PreviewSurface().TextHeight("W");
+  const double second_y = testing::CaptionRowWithoutAddresses() + L + (L + 100);
+  for (const auto& [divisor, pages] : {std::pair{4250.0, 1u}, std::pair{4350.0, 2u}}) {
+    ModuleCompanyInfo::Profile().BottomReserve = 16838 - (second_y + h * w / divisor);
+    ClassInvoice invoice = ListInvoice(1);
+    invoice.AddItem(testing::MakeItem("Estimated", description));
+    const std::vector<DrawOps> printed = Pages(invoice);
+    ASSERT_EQ(printed.size(), pages) << divisor;
+    EXPECT_TRUE(HasText(printed.back(), "Estimated"));
+  }
+}
 
-  ClassInvoice invoice = ListInvoice(1);
-  invoice.AddItem(testing::MakeItem("Estimated in", fits));
-  PreviewSurface s;
-  printer.PrintInvoice(s, invoice, false);
-  ASSERT_EQ(PagesOf(s.Ops(), "Invoice").size(), 1u);  // printed, its last line past the foot
-  double lowest_description = 0;
-  for (const TextOp& t : testing::Texts(s.Ops()))
-    if (t.x == 2500 && t.text.find("fittings") != std::string::npos) lowest_description = std::max(lowest_description, t.y);
-  EXPECT_GT(lowest_description + L, kFoot);
-
-  ClassInvoice other = ListInvoice(1);
-  other.AddItem(testing::MakeItem("Estimated out", moves));
-  const std::vector<DrawOps> pages = Pages(other);
-  ASSERT_EQ(pages.size(), 2u);
-  EXPECT_TRUE(HasText(pages[1], "Estimated out"));
+TEST_F(InvoicePages, ItemWhoseEstimateEndsOnTheFootStillFits) {
+  // Item 13's estimate ends exactly on the foot (its y is past 16838 / 2, so the reserve
+  // 16838 − (y + h) gives the foot back exactly); a foot 1/1024 higher moves it.
+  const double y13 = testing::CaptionRowWithoutAddresses() + L + 12 * (L + 100);
+  for (const auto& [higher, pages] : {std::pair{0.0, 1u}, std::pair{1.0 / 1024, 2u}}) {
+    ModuleCompanyInfo::Profile().BottomReserve = 16838 - (y13 + EstimatedHeight(kShort)) + higher;
+    ClassInvoice invoice = ListInvoice(13);
+    EXPECT_EQ(Pages(invoice).size(), pages) << higher;
+  }
 }
 
 TEST_F(InvoicePages, OnePageHasNoNumberAndEveryPageOfALongerOneHasOne) {
