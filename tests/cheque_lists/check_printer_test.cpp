@@ -53,7 +53,8 @@ TEST_F(ChequeList, HeadingsAndRowsStandOnTheirColumns) {
   // Centres: 1000 + 750, 2500 + 750, 4000 + 885, 6301 + 750, 7801 + 750, 9301 + 750.
   const std::pair<const char*, double> headings[] = {{"Trans.Date", 1750}, {"Trans.#", 3250}, {"Bank", 4885},
                                                      {"Chq.Date", 7051},   {"Chq.#", 8551},   {"Amount", 10051}};
-  for (const auto& [heading, centre] : headings) ExpectAt(FindText(ops, heading), centre - std::floor(Measure(heading) / 2), kHeadingY);
+  for (const auto& [heading, centre] : headings)
+    ExpectAt(FindText(ops, heading), centre - std::floor(Measure(heading) / 2), kHeadingY);
   EXPECT_EQ(testing::Lines(ops)[0], (LineOp{1000, kHeadingY + L, kW - 1000, kHeadingY + L}));
 
   const ClassCheck c = *testing::Cheque(2);

@@ -121,7 +121,8 @@ TEST_F(DeliveryNoteLayout, CaptionsAreCentredOnTheirColumnAnchors) {
         // Over a 4400 column starting with the item column, not over the text that starts at 3050.
         {"Description", 1650 + 4400 / 2}, {"Package", 7450 + 1300 / 2}, {"Unit", 8750 + 1000 / 2},
         {"Qty", std::floor((width - 1000 - 9750) / 2) + 9750}};  // 10328 on A4, 10495 on Letter
-    for (const auto& [caption, anchor] : captions) ExpectAt(FindText(ops, caption), anchor - std::floor(Measure(caption) / 2), y);
+    for (const auto& [caption, anchor] : captions)
+      ExpectAt(FindText(ops, caption), anchor - std::floor(Measure(caption) / 2), y);
     EXPECT_EQ(testing::Lines(ops).front(), (LineOp{1000, y + L, width - 1000, y + L}));
   }
 }
@@ -192,7 +193,8 @@ TEST_F(DeliveryNoteLayout, FrameRulesTheColumnsAndBoxesTheHeaderBlocks) {
   ClassDeliveryNote note = Note(2);
   const DrawOps ops = Printed(note);
   const double top = y0 + 13 * L;
-  for (double x : {1000, 1650, 3050, 7450, 8750, 9750, 10906}) EXPECT_TRUE(testing::HasLine(ops, x, top, x, kLimit)) << x;
+  for (double x : {1000, 1650, 3050, 7450, 8750, 9750, 10906})
+    EXPECT_TRUE(testing::HasLine(ops, x, top, x, kLimit)) << x;
   const auto boxes = testing::Boxes(ops);
   ASSERT_EQ(boxes.size(), 2u);
   EXPECT_EQ(boxes[0], (BoxOp{11906 - 1000 - 1400 - 1515, y0, 11906 - 1000, y0 + 500}));
@@ -278,7 +280,8 @@ TEST_F(DeliveryNoteLayout, FooterPrintsNotesAndSignatures) {
 // Lines with empty descriptions: each takes one line plus the 100 added after it, and its
 // height estimate is 0.
 void AddLines(ClassDeliveryNote& note, int count, const std::string& description = "") {
-  for (int i = 0; i < count; ++i) note.AddItem(Item("Line" + std::to_string(note.items()->Count() + 1), "", "", "", description));
+  for (int i = 0; i < count; ++i)
+    note.AddItem(Item("Line" + std::to_string(note.items()->Count() + 1), "", "", "", description));
 }
 
 class DeliveryNotePages : public DeliveryNoteLayout {
@@ -336,7 +339,8 @@ TEST_F(DeliveryNotePages, ALineThatFitsNoPageIsPrintedRatherThanLoopingOnEmptyPa
   ClassDeliveryNote note;
   AddLines(note, 3);
   const DrawOps ops = Printed(note);
-  for (const char* text : {"Line1", "Line2", "Line3", "Page 1", "Page 2", "Page 3"}) EXPECT_TRUE(HasText(ops, text)) << text;
+  for (const char* text : {"Line1", "Line2", "Line3", "Page 1", "Page 2", "Page 3"})
+    EXPECT_TRUE(HasText(ops, text)) << text;
   EXPECT_FALSE(HasText(ops, "Page 4"));
 
   // A description taller than a whole page goes on a page of its own and is printed whole.

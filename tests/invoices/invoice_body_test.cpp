@@ -41,7 +41,8 @@ TEST_F(InvoiceBody, ItemLineFitsItsFieldsToTheColumns) {
                       .Quantity = "1,000,000 cartons of twelve",  // wider than its column
                       .UnitPrice = "1,250.00",
                       .Total = "15,000.00",
-                      .Description = "Galvanised steel conduit, twenty-five millimetre bore, three metre lengths with couplers"};
+                      .Description = "Galvanised steel conduit, twenty-five millimetre bore, three metre "
+                                     "lengths with couplers"};
   s.CurrentY(5000);
   printer.PrintItem(s, it);
 
@@ -144,7 +145,8 @@ TEST_F(InvoiceBody, NotesAmountInWordsAndSignaturesFollowTheTotals) {
   ExpectAt(FindText(s.Ops(), "Customer's Sign"), 1000 + 500, sign_y + 60);
   ExpectAt(FindText(s.Ops(), "Autorization's Signature"), 10906 - cashier_length + 500, sign_y + 60);
   const auto lines = testing::Lines(s.Ops());
-  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), [&](const LineOp& l) { return std::abs(l.y1 - sign_y) < 1e-6; }), 2);
+  auto on_sign_y = [&](const LineOp& l) { return std::abs(l.y1 - sign_y) < 1e-6; };
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), on_sign_y), 2);
   EXPECT_TRUE(testing::HasLine(s.Ops(), 1000, sign_y, 1000 + customer_length, sign_y));
   EXPECT_TRUE(testing::HasLine(s.Ops(), 10906 - cashier_length, sign_y, 10906, sign_y));
   EXPECT_EQ(testing::RulesCrossingTexts(s.Ops()), std::vector<std::string>{});

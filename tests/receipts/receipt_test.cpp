@@ -32,13 +32,15 @@ const double kItem = kHead + 9 * L8;
 double Width8(const std::string& text) { return testing::Measure(text, 8); }
 
 std::time_t FixedTime() {
-  std::tm t{.tm_sec = 9, .tm_min = 5, .tm_hour = 14, .tm_mday = 15, .tm_mon = 2, .tm_year = 2024 - 1900, .tm_isdst = -1};
+  std::tm t{.tm_sec = 9, .tm_min = 5, .tm_hour = 14, .tm_mday = 15, .tm_mon = 2, .tm_year = 2024 - 1900,
+            .tm_isdst = -1};
   return std::mktime(&t);
 }
 
 std::shared_ptr<ClassInvoiceItem> Line(std::string description, std::string quantity, std::string price,
                                        std::string total) {
-  return testing::Share(ClassInvoiceItem{.Quantity = quantity, .UnitPrice = price, .Total = total, .Description = description});
+  return testing::Share(
+      ClassInvoiceItem{.Quantity = quantity, .UnitPrice = price, .Total = total, .Description = description});
 }
 
 TEST(MarginValue, TakesOnlyTextsThatAreNumbersAsAWhole) {

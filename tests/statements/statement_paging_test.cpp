@@ -103,7 +103,8 @@ TEST_F(StatementPaging, PagesBreakOnlyOnThePrinterAndTheChequeListFollowsWithThe
   for (size_t i = 0; i < ops.size(); ++i)
     if (std::holds_alternative<PageOp>(ops[i])) last_page = i;
   const DrawOps list(ops.begin() + static_cast<std::ptrdiff_t>(last_page), ops.end());
-  for (const char* text : {"Post-Dated Cheques", "Page  3", "CHQ-3", "9,999.00 "}) EXPECT_TRUE(HasText(list, text)) << text;
+  for (const char* text : {"Post-Dated Cheques", "Page  3", "CHQ-3", "9,999.00 "})
+    EXPECT_TRUE(HasText(list, text)) << text;
   EXPECT_FALSE(HasText(list, " Line 1"));
 
   // A preview draws the same texts, later pages over the first, the header on each.

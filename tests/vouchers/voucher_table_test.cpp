@@ -92,7 +92,8 @@ TEST(VoucherTable, RowValuesAreFittedAndAligned) {
       {fitted(payment->Payments, 1470) + " ", 10906 - Measure(fitted(payment->Payments, 1470) + " ")}};
   const auto texts = testing::Texts(s.Ops());
   ASSERT_EQ(texts.size(), 6u);
-  for (size_t k = 0; k < 6; ++k) EXPECT_EQ(texts[k], (TextOp{cells[k].second, 500, "Arial", 10, false, cells[k].first}));
+  for (size_t k = 0; k < 6; ++k)
+    EXPECT_EQ(texts[k], (TextOp{cells[k].second, 500, "Arial", 10, false, cells[k].first}));
   EXPECT_EQ(s.CurrentY(), 500 + L);
 }
 
