@@ -214,13 +214,11 @@ std::vector<std::string> WordLines(const DrawOps& ops, const std::string& curren
 
 TEST_F(VoucherPrinterTest, AmountInWordsBreaksPastTheWidthOnceAndOnlyForItsOwnVoucher) {
   constexpr double kWordsWidth = 11906 - 1000 - 1000 - 1500;  // 8406
-  // The first line is the shortest head that ends with a blank and is at least 8406 wide: a
-  // head that just reaches it (by less than an "i"), then two more words.
+  // The first line is the shortest head that ends with a blank and is at least 8406 wide. Here
+  // the heads grow by "i " words, 100 wide each, so a width 100 off splits elsewhere.
   std::string head;
-  while (Measure(head + "Seventy Thousand Fifty ") < kWordsWidth) head += "Seventy Thousand ";
-  while (Measure(head + "Fifty ") < kWordsWidth) head += "i";
-  head += "Fifty ";
-  ASSERT_LT(Measure(head), kWordsWidth + Measure("i"));
+  while (Measure(head + "Seventy Thousand ") < kWordsWidth) head += "Seventy Thousand ";
+  while (Measure(head) < kWordsWidth) head += "i ";
   v.SumofAmount = head + "Five Only";
   printer.PrintReceiptVoucher(page, v, false, false);
   EXPECT_EQ(WordLines(page.Ops(), "Dollars   "), (std::vector<std::string>{head, "Five Only"}));
