@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "foundation/errors.hpp"
+#include "foundation/text_fitting.hpp"
 
 namespace quorvel::testing {
 
@@ -86,6 +87,27 @@ double WidthOf(const TextOp& text) {
   measure.Font().Size(text.size);
   measure.Font().Bold(text.bold);
   return measure.TextWidth(text.text);
+}
+
+std::string Fitted(std::string text, int16_t length, double points) {
+  PreviewSurface measure;
+  measure.Font().Size(points);
+  AdjustedText(measure, text, length);
+  return text;
+}
+
+std::vector<std::string> Wrapped(std::string text, int16_t width) {
+  PreviewSurface measure;
+  std::vector<std::string> lines;
+  WrapText(measure, text, width, lines);
+  return lines;
+}
+
+std::string JustWider(double length) {
+  std::string text;
+  while (Measure(text + "1") <= length) text += "1";
+  while (Measure(text) <= length) text += ".";
+  return text;
 }
 
 int32_t ErrorNumberOf(const std::function<void()>& call) {

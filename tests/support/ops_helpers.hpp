@@ -37,6 +37,14 @@ double Measure(const std::string& text, double points = 10, bool bold = false);
 double WidthOf(const TextOp& text);
 inline double EndOf(const TextOp& text) { return text.x + WidthOf(text); }
 
+// `text` as the shared fitting routine cuts it to `length` at `points`, and as the wrap routine
+// breaks it into lines of `width` (10 pt).
+std::string Fitted(std::string text, int16_t length, double points = 10);
+std::vector<std::string> Wrapped(std::string text, int16_t width);
+// Digits, then dots, until just wider than `length` (by at most a dot) at 10 pt: a text that a
+// field of that length must cut and one 100 wider would hold whole.
+std::string JustWider(double length);
+
 // Runs `call` and returns the automation error number it raised, 0 when none.
 int32_t ErrorNumberOf(const std::function<void()>& call);
 
