@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "foundation/errors.hpp"
-#include "foundation/text_fitting.hpp"
 #include "support/ops_helpers.hpp"
 #include "vouchers/voucher_printer.hpp"
 
@@ -12,6 +11,7 @@ namespace quorvel {
 namespace {
 
 using testing::FindText;
+using testing::Fitted;
 using testing::LineAt;
 using testing::Measure;
 
@@ -73,28 +73,26 @@ TEST(VoucherTable, RowValuesAreFittedAndAligned) {
   ClassVoucherPrinter printer;
   PreviewSurface s;
   s.CurrentY(500);
-  const auto payment = testing::Share(
-      ClassPayment{"BL-88514-SUPPLEMENTARY", "05/22/2024", "123,456,789,012.00", "9.00", "", "1,234,567,890.00"});
+  // Values just wider than their fitting lengths are cut, on the page only; empty values still
+  // print their blank, right against the rule.
+  const std::string wide[] = {testing::JustWider(1400), testing::JustWider(1600), testing::JustWider(1470)};
+  const auto payment = testing::Share(ClassPayment{wide[0], "05/22/2024", wide[1], wide[1], wide[1], wide[2]});
   printer.PrintPaymentDetailsInfo(s, *payment);
-  auto fitted = [&](std::string text, int16_t length) {
-    AdjustedText(s, text, length);
-    return text;
-  };
-  const std::string number = fitted(payment->Number, 1400), original = fitted(payment->OriginalAmount, 1600) + " ";
-  ASSERT_NE(number, payment->Number);  // both too wide: they are shortened on the page only
-  ASSERT_NE(original, payment->OriginalAmount + " ");
+  printer.PrintPaymentDetailsInfo(s, ClassPayment{});
+  const std::string number = Fitted(wide[0], 1400), amount = Fitted(wide[1], 1600) + " ";
+  const std::string paid = Fitted(wide[2], 1470) + " ";
+  ASSERT_NE(number, wide[0]);
   const std::pair<std::string, double> cells[] = {
-      {" " + number, 1000},
-      {"05/22/2024 ", 3900 - Measure("05/22/2024 ")},  // never fitted
-      {original, 5500 - Measure(original)},
-      {"9.00 ", 7100 - Measure("9.00 ")},
-      {" ", 8700 - Measure(" ")},  // an empty value still prints its blank, right against the rule
-      {fitted(payment->Payments, 1470) + " ", 10906 - Measure(fitted(payment->Payments, 1470) + " ")}};
+      {" " + number, 1000}, {"05/22/2024 ", 3900 - Measure("05/22/2024 ")},  // the date is never fitted
+      {amount, 5500 - Measure(amount)}, {amount, 7100 - Measure(amount)}, {amount, 8700 - Measure(amount)},
+      {paid, 10906 - Measure(paid)}, {" ", 1000}, {" ", 3900 - Measure(" ")}, {" ", 5500 - Measure(" ")},
+      {" ", 7100 - Measure(" ")}, {" ", 8700 - Measure(" ")}, {" ", 10906 - Measure(" ")}};
   const auto texts = testing::Texts(s.Ops());
-  ASSERT_EQ(texts.size(), 6u);
-  for (size_t k = 0; k < 6; ++k)
-    EXPECT_EQ(texts[k], (TextOp{cells[k].second, 500, "Arial", 10, false, cells[k].first}));
-  EXPECT_EQ(s.CurrentY(), 500 + L);
+  ASSERT_EQ(texts.size(), 12u);
+  for (size_t k = 0; k < 12; ++k)
+    EXPECT_EQ(texts[k], (TextOp{cells[k].second, 500 + (k / 6) * L, "Arial", 10, false, cells[k].first})) << k;
+  EXPECT_EQ(s.CurrentY(), 500 + 2 * L);
+  EXPECT_EQ(payment->Number, wide[0]);
 }
 
 }  // namespace
