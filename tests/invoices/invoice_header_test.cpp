@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "foundation/company_info.hpp"
-#include "foundation/text_fitting.hpp"
 #include "invoices/invoice_printer.hpp"
 #include "support/documents_helpers.hpp"
 
@@ -59,7 +58,7 @@ class InvoiceHeader : public ::testing::Test {
 };
 
 TEST_F(InvoiceHeader, BlocksStandWhereTheirRulesPutThem) {
-  const std::string long_line = "Westbrook Industrial Estate, Building 14, Loading Bay North";
+  const std::string long_line = testing::JustWider(3500);
   invoice.Billing3 = long_line;
   invoice.Shipping3 = long_line;
   printer.PrintInvoiceHeader(s, invoice, false);
@@ -82,9 +81,7 @@ TEST_F(InvoiceHeader, BlocksStandWhereTheirRulesPutThem) {
   ExpectAt(FindText(s.Ops(), " Fenwick Garden Centre"), 1000, yb + L);
   ExpectAt(FindText(s.Ops(), " 22 Orchard Way"), 1000, yb + 2 * L);
 
-  std::string fitted = long_line;
-  int16_t length = 3500;
-  AdjustedText(s, fitted, length);
+  const std::string fitted = testing::Fitted(long_line, 3500);
   ASSERT_NE(fitted, long_line);
   const TextOp billing3 = FindText(s.Ops(), " " + fitted);
   ExpectAt(billing3, 1000, yb + 3 * L);
