@@ -6,7 +6,6 @@
 #include "delivery_notes/delivery_note_printer.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/printer_surface.hpp"
-#include "foundation/text_fitting.hpp"
 #include "support/documents_helpers.hpp"
 
 namespace quorvel {
@@ -130,8 +129,10 @@ TEST_F(DeliveryNoteLayout, CaptionsAreCentredOnTheirColumnAnchors) {
 TEST_F(DeliveryNoteLayout, RowsPrintEachFieldFittedInItsColumn) {
   ClassDeliveryNote note = Note(0);
   note.AddItem(Item("BOLT-12", "1,250", "Carton", "Pallet 4", "Zinc bolts"));
-  const std::string long_text = "Extraordinarily long field text";
-  note.AddItem(Item(long_text, "12345678901234567890", long_text, long_text));
+  // The second row's fields are each just wider than their length: cut to it.
+  const std::string wide[] = {testing::JustWider(1400), testing::JustWider(1300), testing::JustWider(1000),
+                              testing::JustWider(1470)};
+  note.AddItem(Item(wide[0], wide[3], wide[2], wide[1]));
   const DrawOps ops = Printed(note);
   ExpectAt(FindText(ops, "1"), 1000, kFirstRow);  // the serial number counts the lines from 1
   ExpectAt(FindText(ops, "BOLT-12"), 1650, kFirstRow);
@@ -140,20 +141,14 @@ TEST_F(DeliveryNoteLayout, RowsPrintEachFieldFittedInItsColumn) {
   ExpectAt(FindText(ops, "Carton"), 8750, kFirstRow);
   ExpectAt(FindText(ops, "1,250"), 11906 - 1000 - Measure("1,250"), kFirstRow);
 
-  // The second row's fields are cut to their columns' lengths.
-  PreviewSurface m;
-  auto fitted = [&](std::string text, int16_t length) {
-    AdjustedText(m, text, length);
-    EXPECT_EQ(text.substr(text.size() - 3), "...");
-    return text;
-  };
-  const double y = kFirstRow + L + 100;
-  const std::string quantity = fitted("12345678901234567890", 1470);
-  const std::pair<double, std::string> cells[] = {{1000, "2"}, {1650, fitted(long_text, 1400)},
-      {7450, fitted(long_text, 1300)}, {8750, fitted(long_text, 1000)}, {11906 - 1000 - Measure(quantity), quantity}};
+  const std::string quantity = testing::Fitted(wide[3], 1470);
+  ASSERT_NE(quantity, wide[3]);
+  const std::pair<double, std::string> cells[] = {{1000, "2"}, {1650, testing::Fitted(wide[0], 1400)},
+      {7450, testing::Fitted(wide[1], 1300)}, {8750, testing::Fitted(wide[2], 1000)},
+      {11906 - 1000 - Measure(quantity), quantity}};
   std::vector<TextOp> row;
   for (const TextOp& t : testing::Texts(ops))
-    if (t.y == y) row.push_back(t);
+    if (t.y == kFirstRow + L + 100) row.push_back(t);
   ASSERT_EQ(row.size(), 5u);
   for (size_t k = 0; k < 5; ++k) {
     EXPECT_EQ(row[k].text, cells[k].second);
@@ -169,11 +164,7 @@ TEST_F(DeliveryNoteLayout, DescriptionsWrapTo4400FromX3050) {
   note.AddItem(Item("Next", "1", "Each", "Box"));
   const DrawOps ops = Printed(note);
 
-  PreviewSurface measure;
-  std::string copy = description;
-  int16_t width = 4400;
-  std::vector<std::string> expected;
-  WrapText(measure, copy, width, expected);
+  const std::vector<std::string> expected = testing::Wrapped(description, 4400);
   ASSERT_GE(expected.size(), 3u);
   for (size_t i = 0; i < expected.size(); ++i) ExpectAt(FindText(ops, expected[i]), 3050, kFirstRow + i * L);
   // The next row starts under the last description line, 100 further down.
