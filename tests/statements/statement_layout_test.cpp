@@ -6,7 +6,6 @@
 
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
-#include "foundation/text_fitting.hpp"
 #include "statements/statement_printer.hpp"
 #include "support/documents_helpers.hpp"
 
@@ -15,6 +14,7 @@ namespace {
 
 using testing::ExpectAt;
 using testing::FindText;
+using testing::Fitted;
 using testing::HasText;
 using testing::LineAt;
 using testing::Measure;
@@ -50,10 +50,6 @@ TEST(StatementModel, DefaultsAndCollectionsSharedWithTheHost) {
 class StatementLayout : public ::testing::Test {
  protected:
   void SetUp() override { testing::ResetProfile(); }
-  std::string Fitted(std::string text, int16_t length) {
-    AdjustedText(page, text, length);
-    return text;
-  }
   PreviewSurface page;
   ClassStatementPrinter printer;
 };
@@ -63,7 +59,7 @@ TEST_F(StatementLayout, HeaderPlacesTitleDateBoxAndFittedBillingLines) {
   s.printTitle = "Statement";
   s.StatementDate = "31/03/2024";
   s.hasBilling = true;
-  const std::string long_line(80, 'M');
+  const std::string long_line = testing::JustWider(3500);
   s.Billing1 = long_line;
   s.Billing2 = "Lantern Row 4";
   printer.PrintStatementHeader(page, s, false);
@@ -107,17 +103,21 @@ TEST_F(StatementLayout, ColumnLabelsAreCentredOnTheGrid) {
 }
 
 TEST_F(StatementLayout, LedgerRowFillsTheFiveCells) {
-  ClassStatementItem it{.Description = "Invoice payment " + std::string(120, 'x'), .TransactionDate = "05/03/2024",
-                        .Debit = "1,250.00", .Credit = "75.50", .balance = "12,345,678.90"};
+  // Each cell (its value with the blank) just wider than its length: cut, on the page only.
+  const double blank = Measure(" ");
+  const std::string amount = testing::JustWider(1160 - blank), balance = testing::JustWider(1470 - blank);
+  ClassStatementItem it{.Description = testing::JustWider(4800 - blank),
+                        .TransactionDate = testing::JustWider(1500 - blank),
+                        .Debit = amount, .Credit = amount, .balance = balance};
   page.CurrentY(4000);
   printer.PrintItem(page, it);
-  const std::string description = Fitted(" " + it.Description, 4800);
-  ASSERT_NE(description, " " + it.Description);  // cut on the page, not in the host's line
-  const std::pair<std::string, double> cells[] = {{" 05/03/2024", 1000},
-                                                  {description, 2500},
-                                                  {"1,250.00 ", 8460 - Measure("1,250.00 ")},  // 2500 + 4800 + 1160
-                                                  {"75.50 ", 9620 - Measure("75.50 ")},        // 2500 + 4800 + 2320
-                                                  {"12,345,678.90 ", kW - 1000 - Measure("12,345,678.90 ")}};
+  const std::string cut = Fitted(amount + " ", 1160), cut_balance = Fitted(balance + " ", 1470);
+  ASSERT_NE(cut, amount + " ");
+  const std::pair<std::string, double> cells[] = {{Fitted(" " + it.TransactionDate, 1500), 1000},
+                                                  {Fitted(" " + it.Description, 4800), 2500},
+                                                  {cut, 8460 - Measure(cut)},  // 2500 + 4800 + 1160
+                                                  {cut, 9620 - Measure(cut)},  // 2500 + 4800 + 2320
+                                                  {cut_balance, kW - 1000 - Measure(cut_balance)}};
   const auto texts = testing::Texts(page.Ops());
   ASSERT_EQ(texts.size(), 5u);
   for (size_t k = 0; k < 5; ++k) {
@@ -125,6 +125,7 @@ TEST_F(StatementLayout, LedgerRowFillsTheFiveCells) {
     ExpectAt(texts[k], cells[k].second, 4000);
   }
   EXPECT_DOUBLE_EQ(page.CurrentY(), 4000 + L);
+  EXPECT_EQ(it.balance, balance);
 }
 
 // One page of a statement with a few lines, printed whole.
