@@ -7,7 +7,6 @@
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
-#include "foundation/text_fitting.hpp"
 #include "receipts/margin_value.hpp"
 #include "receipts/receipt_clock.hpp"
 #include "receipts/receipt_printer.hpp"
@@ -294,11 +293,7 @@ TEST_F(ReceiptLayout, ALeftMarginThatIsNoNumberLeavesThePenWhereItStands) {
   EXPECT_DOUBLE_EQ(FindText(ops, "@").x, 9 * Width8("A"));
   EXPECT_NEAR(EndOf(FindText(ops, "24.00")), 3876, 1e-9);
   // The default margins leave 3876 − 80 = 3796 for it: it is shortened, on the page only.
-  PreviewSurface m;
-  m.Font().Size(8);
-  std::string fitted = description;
-  int16_t width = 3796;
-  AdjustedText(m, fitted, width);
+  const std::string fitted = testing::Fitted(description, 3796, 8);
   ASSERT_NE(fitted, description);
   testing::ExpectAt(FindText(Printed(sale), fitted), 80, kItem);
   EXPECT_EQ(sale.InvoiceItems()->Item(1)->Description, description);
@@ -310,12 +305,7 @@ TEST_F(ReceiptLayout, MarginsThatLeaveNoRoomStillFinishTheSlip) {
   // as far as the fitting goes.
   DrawOps ops = Printed(sale, " 80", "5000");
   EXPECT_NEAR(EndOf(FindText(ops, "9.75")), 4176 - 5000, 1e-9);
-  PreviewSurface m;
-  m.Font().Size(8);
-  std::string fitted = "Green tea";
-  int16_t width = 4176 - 5000 - 80;
-  AdjustedText(m, fitted, width);
-  testing::ExpectAt(FindText(ops, fitted), 80, kItem);
+  testing::ExpectAt(FindText(ops, testing::Fitted("Green tea", 4176 - 5000 - 80, 8)), 80, kItem);
   // A width past 16 bits overflows: only the description's statement is skipped.
   ops = Printed(sale, " 80", "99999");
   for (const TextOp& t : testing::Texts(ops)) EXPECT_NE(t.text[0], 'G') << t.text;
