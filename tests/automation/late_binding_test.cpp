@@ -7,19 +7,12 @@
 #include "foundation/errors.hpp"
 #include "foundation/preview_surface.hpp"
 #include "invoices/invoice.hpp"
+#include "support/ops_helpers.hpp"
 
 namespace quorvel {
 namespace {
 
-int ErrorOf(const std::function<void()>& f, std::string* context = nullptr) {
-  try {
-    f();
-  } catch (const AutomationError& e) {
-    if (context) *context = e.Context();
-    return e.Number();
-  }
-  return 0;
-}
+const auto ErrorOf = testing::ErrorNumberOf;
 
 TEST(LateBinding, CreatesByNameAndReachesMembersInAnyCase) {
   ObjectRef invoice = CreateObject("Quorvel.ClassInvoice");

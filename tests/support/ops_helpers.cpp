@@ -110,10 +110,11 @@ std::string JustWider(double length) {
   return text;
 }
 
-int32_t ErrorNumberOf(const std::function<void()>& call) {
+int32_t ErrorNumberOf(const std::function<void()>& call, std::string* context) {
   try {
     call();
   } catch (const AutomationError& e) {
+    if (context) *context = e.Context();
     return e.Number();
   }
   return 0;

@@ -46,7 +46,7 @@ std::vector<std::string> Wrapped(std::string text, int16_t width);
 std::string JustWider(double length);
 
 // Runs `call` and returns the automation error number it raised, 0 when none.
-int32_t ErrorNumberOf(const std::function<void()>& call);
+int32_t ErrorNumberOf(const std::function<void()>& call, std::string* context = nullptr);
 
 // A host line object made from an aggregate: Share(ClassCheck{.ChqNum = "7"}).
 template <class T>
