@@ -191,15 +191,15 @@ Variant CallWith(F& f, T& self, std::vector<Variant>& args, const std::vector<Pa
 // A parameter as the interface declares it: "name", optionally "ByRef name" / "ByVal name" where
 // the interface passes it otherwise than the C++ signature suggests (a by-reference argument that
 // the routine never writes back), and "name As Variant" for a Variant-typed one.
-inline void ApplyParamSpec(std::string spec, ParamInfo& p) {
-  if (spec.rfind("ByRef ", 0) == 0) p.by_ref = true, spec.erase(0, 6);
-  else if (spec.rfind("ByVal ", 0) == 0) p.by_ref = false, spec.erase(0, 6);
+inline void ApplyParamDeclaration(std::string declared, ParamInfo& p) {
+  if (declared.rfind("ByRef ", 0) == 0) p.by_ref = true, declared.erase(0, 6);
+  else if (declared.rfind("ByVal ", 0) == 0) p.by_ref = false, declared.erase(0, 6);
   const std::string as_variant = " As Variant";
-  if (spec.size() > as_variant.size() && spec.compare(spec.size() - as_variant.size(), as_variant.size(), as_variant) == 0) {
+  if (declared.size() > as_variant.size() && declared.compare(declared.size() - as_variant.size(), as_variant.size(), as_variant) == 0) {
     p.type.kind = TypeKind::Variant;
-    spec.erase(spec.size() - as_variant.size());
+    declared.erase(declared.size() - as_variant.size());
   }
-  p.name = std::move(spec);
+  p.name = std::move(declared);
 }
 
 template <class T>
@@ -273,7 +273,7 @@ class ClassBuilder {
     const bool refs[] = {binding::Arg<A>::by_ref..., false};
     for (size_t i = 0; i < sizeof...(A); ++i) {
       ParamInfo p{"arg" + std::to_string(i + 1), types[i], refs[i] && kind == MemberKind::Method, i >= optional_from};
-      if (i < names.size()) ApplyParamSpec(names[i], p);
+      if (i < names.size()) ApplyParamDeclaration(names[i], p);
       m.params.push_back(std::move(p));
     }
     if (kind != MemberKind::Method && sizeof...(A) == 1) m.type = types[0];

@@ -7,19 +7,12 @@
 #include "foundation/errors.hpp"
 #include "foundation/preview_surface.hpp"
 #include "invoices/invoice.hpp"
+#include "support/ops_helpers.hpp"
 
 namespace quorvel {
 namespace {
 
-int ErrorOf(const std::function<void()>& f, std::string* context = nullptr) {
-  try {
-    f();
-  } catch (const AutomationError& e) {
-    if (context) *context = e.Context();
-    return e.Number();
-  }
-  return 0;
-}
+using testing::ErrorNumberOf;
 
 TEST(LateBinding, CreatesByNameAndReachesMembersInAnyCase) {
   ObjectRef invoice = CreateObject("Quorvel.ClassInvoice");
@@ -30,7 +23,7 @@ TEST(LateBinding, CreatesByNameAndReachesMembersInAnyCase) {
   EXPECT_EQ(static_cast<ClassInvoice*>(invoice.ptr.get())->InvoiceNumber, "INV-7");
   PutProperty(invoice, "hasBilling", Variant(true));
   EXPECT_TRUE(GetProperty(invoice, "HasBilling").AsBool());
-  EXPECT_EQ(ErrorOf([] { CreateObject("Quorvel.NoSuchClass"); }), 429);
+  EXPECT_EQ(ErrorNumberOf([] { CreateObject("Quorvel.NoSuchClass"); }), 429);
   EXPECT_TRUE(CreateObject("classinvoiceitem"));
 }
 
@@ -48,25 +41,25 @@ TEST(LateBinding, LinesAreSharedByReference) {
   EXPECT_EQ(second, item);
   EXPECT_EQ(GetProperty(second, "ItemName").AsString(), "changed later");
   std::vector<Variant> bad{Variant(int32_t{3})};
-  EXPECT_EQ(ErrorOf([&] { CallMethod(items, "Item", bad); }), 9);
+  EXPECT_EQ(ErrorNumberOf([&] { CallMethod(items, "Item", bad); }), 9);
 }
 
 TEST(LateBinding, ErrorsNameTheMemberAndTheValue) {
   ObjectRef invoice = CreateObject("Quorvel.ClassInvoice");
   std::string context;
-  EXPECT_EQ(ErrorOf([&] { GetProperty(invoice, "NoSuchField"); }, &context), 438);
+  EXPECT_EQ(ErrorNumberOf([&] { GetProperty(invoice, "NoSuchField"); }, &context), 438);
   EXPECT_NE(context.find("NoSuchField"), std::string::npos);
   // A text where an invoice item is expected, and an item where a text is expected.
   std::vector<Variant> text{Variant("not an item")};
-  EXPECT_EQ(ErrorOf([&] { CallMethod(invoice, "AddItem", text); }, &context), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { CallMethod(invoice, "AddItem", text); }, &context), 13);
   EXPECT_NE(context.find("ClassInvoice.AddItem"), std::string::npos);
-  EXPECT_EQ(ErrorOf([&] { PutProperty(invoice, "Total", Variant(invoice)); }), 13);
-  EXPECT_EQ(ErrorOf([&] { PutProperty(invoice, "Total", Variant("bad \xFF")); }), 5);
+  EXPECT_EQ(ErrorNumberOf([&] { PutProperty(invoice, "Total", Variant(invoice)); }), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { PutProperty(invoice, "Total", Variant("bad \xFF")); }), 5);
   std::vector<Variant> none;
-  EXPECT_EQ(ErrorOf([&] { CallMethod(invoice, "AddItem", none); }), 449);
+  EXPECT_EQ(ErrorNumberOf([&] { CallMethod(invoice, "AddItem", none); }), 449);
   // Past 16 bits and non-numeric texts as integers.
-  EXPECT_EQ(ErrorOf([] { Variant(40000.0).AsInt16(); }), 6);
-  EXPECT_EQ(ErrorOf([] { Variant("12x").AsInt16(); }), 13);
+  EXPECT_EQ(ErrorNumberOf([] { Variant(40000.0).AsInt16(); }), 6);
+  EXPECT_EQ(ErrorNumberOf([] { Variant("12x").AsInt16(); }), 13);
   EXPECT_EQ(Variant(" 12 ").AsInt16(), 12);
   EXPECT_EQ(Variant(true).AsInt16(), -1);
 }
@@ -83,13 +76,13 @@ TEST(LateBinding, CompanyProfileThroughItsClass) {
 TEST(DocumentJobLoading, NamesUnknownFieldsAndWrongTypes) {
   std::string context;
   auto load = [](const char* text) { LoadDocumentJob(nlohmann::json::parse(text)); };
-  EXPECT_EQ(ErrorOf([&] { load(R"({"type":"letterhead","company":{"Nmae":"x"}})"); }, &context), 438);
+  EXPECT_EQ(ErrorNumberOf([&] { load(R"({"type":"letterhead","company":{"Nmae":"x"}})"); }, &context), 438);
   EXPECT_NE(context.find("company.Nmae"), std::string::npos);
-  EXPECT_EQ(ErrorOf([&] { load(R"({"type":"brochure"})"); }, &context), 5);
+  EXPECT_EQ(ErrorNumberOf([&] { load(R"({"type":"brochure"})"); }, &context), 5);
   EXPECT_NE(context.find("brochure"), std::string::npos);
-  EXPECT_EQ(ErrorOf([&] { load(R"({"type":"letterhead","printHeader":"yes"})"); }, &context), 13);
-  EXPECT_EQ(ErrorOf([&] { load(R"({"type":"letterhead","colour":1})"); }, &context), 438);
-  EXPECT_EQ(ErrorOf([&] { load(R"({"type":"letterhead","company":{"CompanyName":7}})"); }, &context), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { load(R"({"type":"letterhead","printHeader":"yes"})"); }, &context), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { load(R"({"type":"letterhead","colour":1})"); }, &context), 438);
+  EXPECT_EQ(ErrorNumberOf([&] { load(R"({"type":"letterhead","company":{"CompanyName":7}})"); }, &context), 13);
   EXPECT_NE(context.find("company.CompanyName"), std::string::npos);
 }
 

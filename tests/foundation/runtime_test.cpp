@@ -5,18 +5,12 @@
 #include "foundation/errors.hpp"
 #include "foundation/runtime.hpp"
 #include "foundation/utf8.hpp"
+#include "support/ops_helpers.hpp"
 
 namespace quorvel {
 namespace {
 
-int ErrorNumberOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const AutomationError& e) {
-    return e.Number();
-  }
-  return 0;
-}
+using testing::ErrorNumberOf;
 
 TEST(Runtime, SixteenBitConversionRoundsHalvesToEven) {
   EXPECT_EQ(ToInt16(2.5), 2);

@@ -5,66 +5,56 @@
 #include <cmath>
 
 #include "foundation/company_info.hpp"
-#include "foundation/errors.hpp"
-#include "foundation/preview_surface.hpp"
-#include "foundation/text_fitting.hpp"
 #include "invoices/invoice_printer.hpp"
-#include "support/invoices_helpers.hpp"
+#include "support/documents_helpers.hpp"
 
 namespace quorvel {
 namespace {
 
+using testing::ExpectAt;
 using testing::FindText;
+using testing::Fitted;
 using testing::HasText;
 using testing::kFoot;
 using testing::LineAt;
+using testing::Measure;
+using testing::Wrapped;
 
 const double L = LineAt(10);
-constexpr double kNear = 1e-6;
-
-void ExpectAt(const TextOp& t, double x, double y) {
-  EXPECT_NEAR(t.x, x, kNear) << t.text;
-  EXPECT_NEAR(t.y, y, kNear) << t.text;
-}
-
-std::vector<std::string> Wrapped(const std::string& text, int16_t width, bool bold = false) {
-  PreviewSurface m;
-  m.Font().Bold(bold);
-  std::string copy = text;
-  std::vector<std::string> lines;
-  WrapText(m, copy, width, lines);
-  return lines;
-}
 
 class InvoiceBody : public ::testing::Test {
  protected:
-  void SetUp() override { testing::ResetCompany(); }
+  void SetUp() override { testing::ResetProfileWithCompany(); }
   ClassInvoicePrinter printer;
+  ClassInvoice invoice = testing::SampleInvoice();
 };
 
 TEST_F(InvoiceBody, ItemLineFitsItsFieldsToTheColumns) {
   PreviewSurface s(12240, 15840);  // Letter: the amount column ends at 12240 - 1000
-  ClassInvoiceItem it;
-  it.ItemName = "CONDUIT-25MM-GALVANISED";
-  it.Quantity = "1,000,000 cartons of twelve";  // wider than its column
-  it.UnitPrice = "1,250.00";
-  it.Total = "15,000.00";
-  it.Description = "Galvanised steel conduit, twenty-five millimetre bore, three metre lengths with couplers";
+  // Fields just wider than their lengths are cut to them, on the page only.
+  const std::string wide = testing::JustWider(1470);
+  ClassInvoiceItem it{.ItemName = testing::JustWider(1500),
+                      .Quantity = testing::JustWider(1160),
+                      .UnitPrice = wide,
+                      .Total = wide,
+                      .Description = "Galvanised steel conduit, twenty-five millimetre bore, three metre "
+                                     "lengths with couplers"};
   s.CurrentY(5000);
   printer.PrintItem(s, it);
 
-  auto fitted = [&](const std::string& text, int16_t length) {
-    std::string copy = text;
-    AdjustedText(s, copy, length);
-    return copy;
-  };
-  const std::string name = fitted(it.ItemName, 1500), quantity = fitted(it.Quantity, 1160);
-  ASSERT_NE(name, it.ItemName);  // shortened on the page, not in the item
-  ASSERT_NE(quantity, it.Quantity);
-  ExpectAt(FindText(s.Ops(), name), 1000, 5000);
-  ExpectAt(FindText(s.Ops(), quantity), 7960 - s.TextWidth(quantity), 5000);  // fitted, then aligned
-  ExpectAt(FindText(s.Ops(), "1,250.00"), 9430 - s.TextWidth("1,250.00"), 5000);
-  ExpectAt(FindText(s.Ops(), "15,000.00"), 12240 - 1000 - s.TextWidth("15,000.00"), 5000);
+  const std::string name = Fitted(it.ItemName, 1500), quantity = Fitted(it.Quantity, 1160);
+  const std::string amount = Fitted(wide, 1470);
+  ASSERT_NE(amount, wide);
+  EXPECT_EQ(it.Total, wide);
+  const std::pair<std::string, double> cells[] = {  // fitted, then aligned
+      {name, 1000}, {quantity, 7960 - Measure(quantity)}, {amount, 9430 - Measure(amount)},
+      {amount, 12240 - 1000 - Measure(amount)}};
+  const auto texts = testing::Texts(s.Ops());
+  ASSERT_GE(texts.size(), 4u);
+  for (size_t k = 0; k < 4; ++k) {
+    EXPECT_EQ(texts[k].text, cells[k].first);
+    ExpectAt(texts[k], cells[k].second, 5000);
+  }
 
   const std::vector<std::string> lines = Wrapped(it.Description, 4300);
   ASSERT_GE(lines.size(), 2u);
@@ -73,24 +63,21 @@ TEST_F(InvoiceBody, ItemLineFitsItsFieldsToTheColumns) {
     ExpectAt(line, 2500, 5000 + k * L);
     EXPECT_FALSE(line.bold);
   }
-  EXPECT_NEAR(s.CurrentY(), 5000 + lines.size() * L, kNear);  // under the last description line
-}
+  EXPECT_NEAR(s.CurrentY(), 5000 + lines.size() * L, 1e-6);  // under the last description line
 
-TEST_F(InvoiceBody, ExpenseHeadingLineIsBoldAndBoldEndsWithIt) {
-  PreviewSurface s;
-  ClassInvoiceItem heading;
-  heading.Description = "   ---Other Expenses---";
-  printer.PrintItem(s, heading);
-  const TextOp t = FindText(s.Ops(), "   ---Other Expenses---");
-  EXPECT_TRUE(t.bold);
-  ExpectAt(t, 2500, 0);
-  EXPECT_FALSE(s.Font().Bold());
-  EXPECT_EQ(testing::Texts(s.Ops()).size(), 1u);  // its empty fields draw nothing
+  // The expenses heading is the one bold description, and bold ends with it.
+  PreviewSurface h;
+  ClassInvoiceItem heading{.Description = "   ---Other Expenses---"};
+  printer.PrintItem(h, heading);
+  const auto only = testing::Texts(h.Ops());
+  ASSERT_EQ(only.size(), 1u);  // its empty fields draw nothing
+  EXPECT_TRUE(only[0].bold);
+  ExpectAt(only[0], 2500, 0);
+  EXPECT_FALSE(h.Font().Bold());
 }
 
 TEST_F(InvoiceBody, TotalsLabelsAndAmountsFromThePageFootDown) {
   PreviewSurface s;
-  ClassInvoice invoice = testing::SampleInvoice();
   invoice.HasDiscount = true;
   invoice.DiscountTitle = "Discount 5%:";
   invoice.subTotal = "1,200.00";
@@ -108,38 +95,29 @@ TEST_F(InvoiceBody, TotalsLabelsAndAmountsFromThePageFootDown) {
   ExpectAt(total_label, label_x, kFoot + 3 * L);
   EXPECT_TRUE(total_label.bold);
 
-  ExpectAt(FindText(s.Ops(), "1,200.00"), right - s.TextWidth("1,200.00"), kFoot);
-  ExpectAt(FindText(s.Ops(), "60.00"), right - s.TextWidth("60.00"), kFoot + L);
+  ExpectAt(FindText(s.Ops(), "1,200.00"), right - Measure("1,200.00"), kFoot);
+  ExpectAt(FindText(s.Ops(), "60.00"), right - Measure("60.00"), kFoot + L);
   // "45.00" is also the expense line's amount: the totals one is the last drawn.
-  const auto texts = testing::Texts(s.Ops());
-  const auto last_45 = std::find_if(texts.rbegin(), texts.rend(), [](const TextOp& t) { return t.text == "45.00"; });
-  ExpectAt(*last_45, right - s.TextWidth("45.00"), kFoot + 2 * L);
-  PreviewSurface bold;
-  bold.Font().Bold(true);
+  ExpectAt(testing::AllTexts(s.Ops(), "45.00").back(), right - Measure("45.00"), kFoot + 2 * L);
   const TextOp total = FindText(s.Ops(), "1,185.00");
-  ExpectAt(total, right - bold.TextWidth("1,185.00"), kFoot + 3 * L);
+  ExpectAt(total, right - Measure("1,185.00", 10, true), kFoot + 3 * L);
   EXPECT_TRUE(total.bold);
 }
 
 TEST_F(InvoiceBody, WithoutDiscountOrExpensesTotalFollowsSubtotal) {
   PreviewSurface s;
-  ClassInvoice invoice = testing::SampleInvoice();
   invoice.InvoiceDiscount = "9.99";  // not printed: HasDiscount is off
   printer.PrintInvoice(s, invoice, false);
-  EXPECT_FALSE(HasText(s.Ops(), "Discount:"));
-  EXPECT_FALSE(HasText(s.Ops(), "9.99"));
-  EXPECT_FALSE(HasText(s.Ops(), " Other Expenses:"));
-  EXPECT_FALSE(HasText(s.Ops(), "   ---Other Expenses---"));
-  EXPECT_NEAR(FindText(s.Ops(), " Total:").y, kFoot + L, kNear);
-  // No goods: no column captions, but the frame and the head are there.
-  EXPECT_FALSE(HasText(s.Ops(), "Item #"));
+  for (const char* text : {"Discount:", "9.99", " Other Expenses:", "   ---Other Expenses---", "Item #"})
+    EXPECT_FALSE(HasText(s.Ops(), text)) << text;  // no goods: no column captions either
+  EXPECT_NEAR(FindText(s.Ops(), " Total:").y, kFoot + L, 1e-6);
+  // But the head and the frame are there.
   EXPECT_TRUE(HasText(s.Ops(), " INV-7"));
   EXPECT_EQ(testing::Lines(s.Ops()).size(), 1u + 6 + 1 + 2 + 1 + 1);  // frame, block, PO, totals divider
 }
 
 TEST_F(InvoiceBody, NotesAmountInWordsAndSignaturesFollowTheTotals) {
-  PreviewSurface s;
-  ClassInvoice invoice = testing::SampleInvoice();  // two totals rows: subtotal and total
+  PreviewSurface s;  // two totals rows: subtotal and total
   invoice.CustomerNote2 = "NO Money Back";
   invoice.SumOfTotal =
       "One million two hundred thirty-four thousand five hundred sixty-seven dollars and eighty-nine "
@@ -160,64 +138,38 @@ TEST_F(InvoiceBody, NotesAmountInWordsAndSignaturesFollowTheTotals) {
   ExpectAt(FindText(s.Ops(), words[1]), 1000, words_y + 2 * L);
 
   const double sign_y = words_y + 3 * L + 3 * L;  // three lines of room to sign in
-  const double customer_length = s.TextWidth("Customer's Sign") + 1000;
-  const double cashier_length = s.TextWidth("Autorization's Signature") + 1000;
+  const double customer_length = Measure("Customer's Sign") + 1000;
+  const double cashier_length = Measure("Autorization's Signature") + 1000;
   ExpectAt(FindText(s.Ops(), "Customer's Sign"), 1000 + 500, sign_y + 60);
   ExpectAt(FindText(s.Ops(), "Autorization's Signature"), 10906 - cashier_length + 500, sign_y + 60);
-  int signing_lines = 0;
-  for (const LineOp& l : testing::Lines(s.Ops())) {
-    if (std::abs(l.y1 - sign_y) > kNear || std::abs(l.y2 - sign_y) > kNear) continue;
-    ++signing_lines;
-    const bool customer = std::abs(l.x1 - 1000) < kNear && std::abs(l.x2 - (1000 + customer_length)) < kNear;
-    const bool cashier = std::abs(l.x1 - (10906 - cashier_length)) < kNear && std::abs(l.x2 - 10906) < kNear;
-    EXPECT_TRUE(customer || cashier) << l.x1 << "-" << l.x2;
-  }
-  EXPECT_EQ(signing_lines, 2);
+  const auto lines = testing::Lines(s.Ops());
+  auto on_sign_y = [&](const LineOp& l) { return std::abs(l.y1 - sign_y) < 1e-6; };
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(), on_sign_y), 2);
+  EXPECT_TRUE(testing::HasLine(s.Ops(), 1000, sign_y, 1000 + customer_length, sign_y));
+  EXPECT_TRUE(testing::HasLine(s.Ops(), 10906 - cashier_length, sign_y, 10906, sign_y));
   EXPECT_EQ(testing::RulesCrossingTexts(s.Ops()), std::vector<std::string>{});
 }
 
 TEST_F(InvoiceBody, AmountCaptionFallsBackToTheSignThenToWords) {
-  ClassInvoice invoice = testing::SampleInvoice();
-  ModuleCompanyInfo::Profile().DefaultCurrencyName = "";
-  ModuleCompanyInfo::Profile().DefaultCurrencySign = "AED";
-  PreviewSurface by_sign;
-  printer.PrintInvoice(by_sign, invoice, false);
-  EXPECT_TRUE(HasText(by_sign.Ops(), "Amount in AEDs:"));
-
-  ModuleCompanyInfo::Profile().DefaultCurrencySign = "";
-  PreviewSurface plain;
-  printer.PrintInvoice(plain, invoice, false);
-  EXPECT_TRUE(HasText(plain.Ops(), "Amount in words:"));
-  EXPECT_FALSE(HasText(plain.Ops(), "Customer's Sign"));  // PrintFooter is off
-
-  invoice.SumOfTotal = "";
-  PreviewSurface none;
-  printer.PrintInvoice(none, invoice, false);
-  EXPECT_FALSE(HasText(none.Ops(), "Amount in words:"));
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"", "AED", "Thirty", "Amount in AEDs:"}, {"", "", "Thirty", "Amount in words:"}, {"", "", "", ""}};
+  for (const auto& [name, sign, words, caption] : cases) {
+    ModuleCompanyInfo::Profile().DefaultCurrencyName = name;
+    ModuleCompanyInfo::Profile().DefaultCurrencySign = sign;
+    invoice.SumOfTotal = words;
+    PreviewSurface s;
+    printer.PrintInvoice(s, invoice, false);
+    for (const char* any : {"Amount in AEDs:", "Amount in words:"})
+      EXPECT_EQ(HasText(s.Ops(), any), any == std::string(caption)) << any;  // none without words
+    EXPECT_FALSE(HasText(s.Ops(), "Customer's Sign"));  // PrintFooter is off
+  }
 }
 
-// A surface whose EndDoc fails, as a late-bound call on an object without it would.
-class SurfaceWithoutEndDoc : public Surface {
- public:
-  double Width() const override { return 11906; }
-  double Height() const override { return 16838; }
-  void EndDoc() override {
-    ++end_doc_calls;
-    Raise(err::kNotSupported, "no EndDoc");
-  }
-  int end_doc_calls = 0;
-  int drawn = 0;
-
- protected:
-  void Emit(DrawOp) override { ++drawn; }
-};
-
 TEST_F(InvoiceBody, FailingEndDocIsIgnored) {
-  SurfaceWithoutEndDoc surface;
-  ClassInvoice invoice = testing::SampleInvoice();
+  testing::NoEndDocSurface surface;
   EXPECT_NO_THROW(printer.PrintInvoice(surface, invoice, false));
   EXPECT_EQ(surface.end_doc_calls, 1);
-  EXPECT_GT(surface.drawn, 0);
+  EXPECT_TRUE(HasText(surface.Ops(), " Total:"));
 }
 
 }  // namespace
