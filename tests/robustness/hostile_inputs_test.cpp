@@ -11,7 +11,7 @@
 #include "invoices/invoice_printer.hpp"
 #include "receipts/receipt_printer.hpp"
 #include "robustness/robustness_helpers.hpp"
-#include "support/invoices_helpers.hpp"
+#include "support/documents_helpers.hpp"
 #include "support/ops_helpers.hpp"
 
 namespace quorvel::testing {
@@ -38,7 +38,7 @@ TEST(HostileInputs, InvalidUtf8ThroughPutPropertyIsRefusedAndLeavesTheValue) {
 
 // The slip's amounts end at 4176 - num(POS_Right_Margin), whatever the margins hold.
 TEST(HostileInputs, ReceiptMarginsOfAnyTextPrintTheWholeSlip) {
-  ResetCompany();
+  ResetProfileWithCompany();
   ClassInvoice sale = SampleInvoice();
   sale.Total = "77.77";
   sale.CustomerNote2 = "Come Again";  // the last line of the slip
@@ -59,7 +59,7 @@ TEST(HostileInputs, ReceiptMarginsOfAnyTextPrintTheWholeSlip) {
 }
 
 TEST(HostileInputs, ReceiptWithAMarginPastTheSlipStillMakesAValidPdf) {
-  ResetCompany();
+  ResetProfileWithCompany();
   ClassInvoice sale = SampleInvoice();
   const std::string dir = TempDir("rob-margins");
   ReceiptPrinter printer;
@@ -78,7 +78,7 @@ TEST(HostileInputs, NegativeHugeAndPastThePageTopMarginsKeepThePagination) {
   for (int i = 0; i < 40; ++i) invoice.AddItem(MakeItem("I" + std::to_string(i), "a line of goods"));
   int pages_at_zero = 0;
   for (const int32_t margin : {0, -5000, -2000000000, 20000, 2000000000}) {
-    ResetCompany();
+    ResetProfileWithCompany();
     ClassCompanyInfo().SetTopMargin(margin);
     PreviewSurface preview;
     ClassInvoicePrinter().PrintInvoice(preview, invoice, false);
