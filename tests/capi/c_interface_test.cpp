@@ -17,13 +17,6 @@ namespace {
 
 using namespace testing;
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 class CInterface : public ::testing::Test {

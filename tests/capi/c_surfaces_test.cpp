@@ -18,13 +18,6 @@ namespace {
 
 using namespace testing;
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
 class CSurfaces : public ::testing::Test {
  protected:
   void SetUp() override { ModuleCompanyInfo::Profile() = CompanyProfile{}; }

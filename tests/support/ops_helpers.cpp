@@ -196,6 +196,13 @@ DrawOps ReadOpsFile(const std::string& path) {
   return ops;
 }
 
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
+
 std::string TempDir(const std::string& name) {
   const auto dir = std::filesystem::temp_directory_path() / ("quorvel-test-" + name + "-" + std::to_string(getpid()));
   std::filesystem::remove_all(dir);

@@ -72,6 +72,8 @@ std::string RunCommand(const std::string& command);
 std::string PdfInfoField(const std::string& info, const std::string& name);
 // Ops of a document printed to a .jsonl file on the system printer, page ops included.
 DrawOps ReadOpsFile(const std::string& path);
+// The whole content of a file ("" when it cannot be read).
+std::string ReadFile(const std::string& path);
 // A fresh empty directory for one test's files.
 std::string TempDir(const std::string& name);
 
