@@ -91,12 +91,15 @@ FontFace::FontFace(std::string file, std::string family, bool bold) : file_(std:
   FT_Get_Advance(face_, 0, FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING, &advance);
   missing_advance_ = static_cast<int32_t>(advance);
   bmp_advances_.assign(0x10000, missing_advance_);
+  bmp_glyphs_.assign(0x10000, 0);
   FT_UInt glyph = 0;
   FT_ULong cp = FT_Get_First_Char(face_, &glyph);
   while (glyph != 0) {
     if (cp < 0x10000 && FT_Get_Advance(face_, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING,
-                                       &advance) == 0)
+                                       &advance) == 0) {
       bmp_advances_[cp] = static_cast<int32_t>(advance);
+      bmp_glyphs_[cp] = static_cast<uint16_t>(glyph);
+    }
     cp = FT_Get_Next_Char(face_, cp, &glyph);
   }
   (void)bold;
@@ -125,6 +128,12 @@ int32_t FontFace::Advance(char32_t cp) const {
   FT_Fixed advance = 0;
   FT_Get_Advance(face_, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING, &advance);
   return static_cast<int32_t>(advance);
+}
+
+uint32_t FontFace::GlyphIndex(char32_t cp) const {
+  if (cp < 0x10000) return bmp_glyphs_[cp];
+  std::lock_guard<std::mutex> lock(astral_mutex_);
+  return FT_Get_Char_Index(face_, cp);
 }
 
 int64_t FontFace::AdvanceUnits(std::u32string_view text) const {

@@ -23,6 +23,8 @@ class FontFace {
   int64_t AdvanceUnits(std::u32string_view text) const;
   int64_t AdvanceUnits(std::string_view utf8) const;
   int32_t Advance(char32_t cp) const;
+  // The face's glyph id for a code point (0, the missing-glyph box, where the face lacks it).
+  uint32_t GlyphIndex(char32_t cp) const;
 
   int32_t UnitsPerEm() const { return units_per_em_; }
   int32_t Ascender() const { return ascender_; }
@@ -43,6 +45,7 @@ class FontFace {
   int32_t line_units_ = 0;
   int32_t missing_advance_ = 0;
   std::vector<int32_t> bmp_advances_;  // one entry per code point below U+10000
+  std::vector<uint16_t> bmp_glyphs_;   // glyph id per code point below U+10000, 0 where missing
   mutable std::mutex astral_mutex_;     // guards the face for code points past the table
 };
 

@@ -1,0 +1,31 @@
+// A drawn text op as positioned glyphs: what every device draws, so that all of them agree on
+// which glyphs stand where. The one seam between text handling and the devices.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "foundation/draw_ops.hpp"
+#include "foundation/font_metrics.hpp"
+
+namespace quorvel {
+
+// Glyphs of one face, in visual order (left to right as drawn).
+struct GlyphRun {
+  const FontFace* face = nullptr;
+  double size = 10;                  // points
+  double baseline = 0;               // y of the baseline, twips, the same for every run of an op
+  std::vector<uint32_t> glyphs;      // glyph ids of `face`
+  std::vector<double> x;             // each glyph's pen position, twips, absolute on the page
+  std::vector<double> advances;      // each glyph's advance, twips
+  // The logical text each glyph stands for: the characters of its cluster on the cluster's
+  // first glyph, empty on the others. Feeds text extraction (a PDF's ToUnicode map).
+  std::vector<std::u32string> chars;
+};
+
+// The runs that draw `op`. Text wholly covered by the op's face is laid out glyph for glyph
+// with the face's own advances (no kerning, no ligatures), exactly as the surfaces measure it.
+std::vector<GlyphRun> GlyphRunsOf(const TextOp& op);
+
+}  // namespace quorvel
