@@ -1,6 +1,7 @@
 // The demonstration form's buttons and the picture they print on.
 #include "demo/demo_form.hpp"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -9,8 +10,34 @@
 #include "demo/samples.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
+#include "foundation/surface.hpp"
 
 namespace quorvel::demo {
+
+// The picture box: an A4 page with no NewPage, whose font and position carry from one print to
+// the next as on the form. Each print's ops are taken out after it, so they can be kept as layers.
+class DemoForm::Meter : public Surface {
+ public:
+  double Width() const override { return 11906; }
+  double Height() const override { return 16838; }
+
+ protected:
+  void Emit(DrawOp) override {}
+};
+
+class DemoForm::Picture : public Surface {
+ public:
+  double Width() const override { return 11906; }
+  double Height() const override { return 16838; }
+  void EndDoc() override {}
+  DrawOps Take() { return std::exchange(drawn_, {}); }
+
+ protected:
+  void Emit(DrawOp op) override { drawn_.push_back(std::move(op)); }
+
+ private:
+  DrawOps drawn_;
+};
 
 namespace {
 
@@ -43,12 +70,17 @@ const std::vector<FormButton>& FormButtons() {
   return buttons;
 }
 
-DemoForm::DemoForm(size_t max_ops) : max_ops_(max_ops) {
+DemoForm::DemoForm(size_t max_ops) : picture_(std::make_unique<Picture>()), max_ops_(max_ops) {
   // The loader makes its one ClassCompanyInfo when it first applies a company, and making one
   // resets BottomReserve to 5500. Make it now, so that it cannot undo a "Set Co Info" pressed
   // before the first print. The profile is empty at this point anyway.
   LoadDocumentJob(json{{"type", "letterhead"}, {"company", json::object()}});
 }
+
+DemoForm::~DemoForm() = default;
+
+double DemoForm::Width() const { return picture_->Width(); }
+double DemoForm::Height() const { return picture_->Height(); }
 
 PressResult DemoForm::Press(const std::string& control) {
   for (const FormButton& button : FormButtons()) {
@@ -75,65 +107,96 @@ PressResult DemoForm::PrintSample(const FormButton& button) {
     description["company"].erase("TopMargin");
   PressResult result;
   std::string note;
-  if (picture_.Ops().size() >= max_ops_) {
-    picture_.Clear();
-    print_starts_.clear();
+  if (OpCount() >= max_ops_) {
+    Clear();
     result.cleared = true;
     note = " The picture was full and was cleared first.";
   }
   try {
     const DocumentJob job = LoadDocumentJob(description);
-    print_starts_.push_back(picture_.Ops().size());
     result.printed = true;
-    PrintJobOnSurface(job, picture_);
+    PrintJobOnSurface(job, *picture_);
   } catch (const std::exception& e) {
     // What was drawn before the failure stays on the picture, as it would on the form.
+    if (result.printed) AddPrint(picture_->Take());
     result.message = "Printing " + file + " failed: " + e.what() + note;
     return result;
   }
+  AddPrint(picture_->Take());
   result.ok = true;
   result.message = "Printed " + file + " (print " + std::to_string(Prints()) + ")." + note;
   return result;
 }
 
-std::string DemoForm::PictureSvg() const {
-  return PageSvg(picture_.Ops(), picture_.Width(), picture_.Height());
-}
-
-std::string DemoForm::PrintSvg(int print) const {
-  if (print < 1 || print > Prints()) Raise(err::kSubscript, "print " + std::to_string(print));
-  const DrawOps& ops = picture_.Ops();
-  const size_t end = print < Prints() ? print_starts_[print] : ops.size();
-  const DrawOps drawn(ops.begin() + print_starts_[print - 1], ops.begin() + end);
-  return PageSvg(drawn, picture_.Width(), picture_.Height(), /*paper=*/false);
-}
-
-json DemoForm::State(int first_print) const {
-  json texts = json::array();
-  PreviewSurface meter;  // measures with the same metrics the printers laid the texts out with
-  const DrawOps& ops = picture_.Ops();
-  size_t print = 0;
-  const size_t first = first_print >= 1 && first_print <= Prints() ? print_starts_[first_print - 1] : ops.size();
-  for (size_t i = 0; i < ops.size(); ++i) {
-    while (print < print_starts_.size() && print_starts_[print] <= i) ++print;
-    const auto* text = std::get_if<TextOp>(&ops[i]);
-    if (!text || i < first) continue;
-    meter.Font().Name(text->font);
-    meter.Font().Size(text->size);
-    meter.Font().Bold(text->bold);
-    texts.push_back({{"print", print},
-                     {"x", text->x},
-                     {"y", text->y},
-                     {"w", meter.TextWidth(text->text)},
-                     {"size", text->size},
-                     {"bold", text->bold},
-                     {"text", text->text}});
+void DemoForm::AddPrint(DrawOps ops) {
+  ++prints_;
+  latest_texts_.clear();
+  DrawOps added;
+  for (DrawOp& op : ops) {
+    if (const auto* text = std::get_if<TextOp>(&op)) latest_texts_.push_back(*text);
+    if (on_picture_.insert(OpToJson(op)).second) added.push_back(std::move(op));
   }
-  return {{"width", picture_.Width()},
-          {"height", picture_.Height()},
+  if (!added.empty()) layers_.push_back({next_layer_++, prints_, std::move(added)});
+}
+
+void DemoForm::Clear() {
+  layers_.clear();
+  on_picture_.clear();
+  latest_texts_.clear();
+  prints_ = 0;
+}
+
+size_t DemoForm::OpCount() const {
+  size_t count = 0;
+  for (const PictureLayer& layer : layers_) count += layer.ops.size();
+  return count;
+}
+
+DrawOps DemoForm::PictureOps() const {
+  DrawOps all;
+  all.reserve(OpCount());
+  for (const PictureLayer& layer : layers_) all.insert(all.end(), layer.ops.begin(), layer.ops.end());
+  return all;
+}
+
+std::string DemoForm::PictureSvg() const { return PageSvg(PictureOps(), Width(), Height()); }
+
+std::string DemoForm::LayerSvg(int id) const {
+  for (const PictureLayer& layer : layers_)
+    if (layer.id == id) return PageSvg(layer.ops, Width(), Height(), /*paper=*/false);
+  Raise(err::kSubscript, "layer " + std::to_string(id));
+}
+
+namespace {
+json TextJson(const TextOp& text, int layer, int print, DemoForm::Meter& meter) {
+  meter.Font().Name(text.font);
+  meter.Font().Size(text.size);
+  meter.Font().Bold(text.bold);
+  return {{"layer", layer}, {"print", print},   {"x", text.x},       {"y", text.y},
+          {"w", meter.TextWidth(text.text)},    {"size", text.size}, {"bold", text.bold},
+          {"text", text.text}};
+}
+}  // namespace
+
+json DemoForm::State(int known_layer) const {
+  json layers = json::array();
+  json texts = json::array();
+  json latest = json::array();
+  Meter meter;  // measures with the same metrics the printers laid the texts out with
+  for (const PictureLayer& layer : layers_) {
+    layers.push_back({{"id", layer.id}, {"print", layer.print}});
+    if (layer.id <= known_layer) continue;
+    for (const DrawOp& op : layer.ops)
+      if (const auto* text = std::get_if<TextOp>(&op)) texts.push_back(TextJson(*text, layer.id, layer.print, meter));
+  }
+  for (const TextOp& text : latest_texts_) latest.push_back(TextJson(text, 0, prints_, meter));
+  return {{"width", Width()},
+          {"height", Height()},
           {"prints", Prints()},
           {"topMargin", ModuleCompanyInfo::Profile().TopMargin},
-          {"texts", std::move(texts)}};
+          {"layers", std::move(layers)},
+          {"texts", std::move(texts)},
+          {"latest", std::move(latest)}};
 }
 
 }  // namespace quorvel::demo

@@ -44,7 +44,7 @@ class DemoFormTest : public ::testing::Test {
   // The y of every "DEMO VOUCHER" title on the picture, in print order.
   static std::vector<double> TitleYs(const DemoForm& form) {
     std::vector<double> ys;
-    for (const TextOp& t : testing::Texts(form.Picture().Ops()))
+    for (const TextOp& t : testing::Texts(form.PictureOps()))
       if (t.text == "DEMO VOUCHER") ys.push_back(t.y);
     return ys;
   }
@@ -70,13 +70,17 @@ TEST_F(DemoFormTest, EightButtonsInTheFormsOrderWithTheirCaptions) {
 
 TEST_F(DemoFormTest, EveryPrintLandsOnTheSamePictureWithoutClearingIt) {
   WriteSample("voucher", SmallVoucher());
+  json other = SmallVoucher();
+  other["printer"]["Title"] = "SECOND TITLE";
+  WriteSample("statement", other);  // any document serves: the button only names the file
   DemoForm form;
   ASSERT_TRUE(form.Press("Command1").ok);
-  const DrawOps first = form.Picture().Ops();
-  ASSERT_TRUE(form.Press("Command1").ok);
-  const DrawOps& both = form.Picture().Ops();
-  ASSERT_EQ(both.size(), 2 * first.size());
-  EXPECT_TRUE(std::equal(first.begin(), first.end(), both.begin()));  // the first print is still there
+  const DrawOps first = form.PictureOps();
+  ASSERT_TRUE(form.Press("Command7").ok);
+  const DrawOps both = form.PictureOps();
+  ASSERT_GT(both.size(), first.size());
+  EXPECT_TRUE(std::equal(first.begin(), first.end(), both.begin()));  // the first print is still there, below
+  EXPECT_TRUE(testing::HasText(both, "SECOND TITLE"));
   EXPECT_EQ(form.Prints(), 2);
   // The page is the printer's A4 page, and the text list tells which print drew each text.
   const json state = form.State();
@@ -84,8 +88,40 @@ TEST_F(DemoFormTest, EveryPrintLandsOnTheSamePictureWithoutClearingIt) {
   EXPECT_EQ(state["height"], 16838);
   std::vector<int> title_prints;
   for (const json& t : state["texts"])
-    if (t["text"] == "DEMO VOUCHER") title_prints.push_back(t["print"]);
+    if (t["size"] == 16) title_prints.push_back(t["print"]);
   EXPECT_EQ(title_prints, (std::vector<int>{1, 2}));
+}
+
+TEST_F(DemoFormTest, ThePictureKeepsEachOpOnceHoweverOftenItIsDrawn) {
+  WriteSample("voucher", SmallVoucher());
+  json other = SmallVoucher();
+  other["printer"]["Title"] = "SECOND TITLE";
+  WriteSample("statement", other);  // the voucher again with only its title changed
+  DemoForm form;
+  ASSERT_TRUE(form.Press("Command1").ok);
+  const DrawOps voucher = form.PictureOps();
+  ASSERT_TRUE(form.Press("Command7").ok);
+  // The second print's layer is what it added: its title, and nothing the first had drawn.
+  ASSERT_EQ(form.Layers().size(), 2u);
+  ASSERT_EQ(form.Layers()[1].ops.size(), 1u);
+  EXPECT_EQ(std::get<TextOp>(form.Layers()[1].ops[0]).text, "SECOND TITLE");
+  const DrawOps both = form.PictureOps();
+  EXPECT_EQ(both.size(), voucher.size() + 1);
+  // Three hundred more presses of the two add nothing; the count of prints goes on.
+  for (int i = 0; i < 300; ++i) ASSERT_TRUE(form.Press(i % 2 ? "Command1" : "Command7").ok);
+  EXPECT_EQ(form.Prints(), 302);
+  EXPECT_EQ(form.PictureOps(), both);
+  // The latest print (the voucher) is told whole, with its number, though it added nothing.
+  const json state = form.State(form.Layers().back().id);
+  EXPECT_TRUE(state["texts"].empty());
+  std::vector<std::string> latest;
+  for (const json& t : state["latest"]) {
+    EXPECT_EQ(t["print"], 302);
+    latest.push_back(t["text"]);
+  }
+  std::vector<std::string> voucher_texts;
+  for (const TextOp& t : testing::Texts(voucher)) voucher_texts.push_back(t.text);
+  EXPECT_EQ(latest, voucher_texts);
 }
 
 TEST_F(DemoFormTest, SetCoInfoMovesEveryLaterPrintDownBy500) {
@@ -96,13 +132,14 @@ TEST_F(DemoFormTest, SetCoInfoMovesEveryLaterPrintDownBy500) {
   EXPECT_EQ(ModuleCompanyInfo::Profile().TopMargin, 500);
   EXPECT_EQ(ModuleCompanyInfo::Profile().BottomReserve, 5500 - 500);
   ASSERT_TRUE(form.Press("Command1").ok);
-  ASSERT_TRUE(form.Press("Command1").ok);  // the margin stays for every later print
   const double title = 12 * LineAt(10);
   const std::vector<double> ys = TitleYs(form);
-  ASSERT_EQ(ys.size(), 3u);
+  ASSERT_EQ(ys.size(), 2u);
   EXPECT_NEAR(ys[0], 0 + title, 1e-9);
   EXPECT_NEAR(ys[1], 500 + title, 1e-9);
-  EXPECT_NEAR(ys[2], 500 + title, 1e-9);
+  ASSERT_TRUE(form.Press("Command1").ok);  // the margin stays for every later print
+  EXPECT_EQ(TitleYs(form), ys);            // the same ink again, at 500 + title
+  EXPECT_EQ(form.Prints(), 3);  // "Set Co Info" prints nothing
 }
 
 TEST_F(DemoFormTest, SetCoInfoBeforeTheFirstPrintKeepsTheReservedFoot) {
@@ -130,12 +167,12 @@ TEST_F(DemoFormTest, AMissingSampleSaysSoAndLeavesThePictureAlone) {
   WriteSample("voucher", SmallVoucher());
   DemoForm form;
   ASSERT_TRUE(form.Press("Command1").ok);
-  const size_t before = form.Picture().Ops().size();
+  const size_t before = form.PictureOps().size();
   const PressResult result = form.Press("Command2");
   EXPECT_FALSE(result.ok);
   EXPECT_NE(result.message.find("\"Invoice\""), std::string::npos) << result.message;
   EXPECT_NE(result.message.find("invoice.json"), std::string::npos) << result.message;
-  EXPECT_EQ(form.Picture().Ops().size(), before);
+  EXPECT_EQ(form.PictureOps().size(), before);
   EXPECT_EQ(form.Prints(), 1);
   EXPECT_FALSE(form.Press("Command9").ok);
 }
@@ -157,11 +194,11 @@ TEST_F(DemoFormTest, AFullPictureIsClearedBeforeTheNextPrint) {
   WriteSample("voucher", SmallVoucher());
   DemoForm form(/*max_ops=*/1);
   ASSERT_TRUE(form.Press("Command1").ok);
-  const size_t one_print = form.Picture().Ops().size();
+  const size_t one_print = form.PictureOps().size();
   const PressResult second = form.Press("Command1");
   EXPECT_TRUE(second.ok);
   EXPECT_NE(second.message.find("cleared"), std::string::npos) << second.message;
-  EXPECT_EQ(form.Picture().Ops().size(), one_print);
+  EXPECT_EQ(form.PictureOps().size(), one_print);
   EXPECT_EQ(form.Prints(), 1);
 }
 
@@ -178,31 +215,33 @@ TEST_F(DemoFormTest, ThePictureIsServedAsAnSvgPageOfTheSameSize) {
   EXPECT_NE(svg.rfind("</svg>"), std::string::npos);
 }
 
-TEST_F(DemoFormTest, EachPrintCanBeFetchedOnItsOwnWithItsTexts) {
+TEST_F(DemoFormTest, EachLayerCanBeFetchedOnItsOwnWithItsTexts) {
   WriteSample("voucher", SmallVoucher());
   json other = SmallVoucher();
   other["printer"]["Title"] = "SECOND TITLE";
-  WriteSample("statement", other);  // any document serves: the button only names the file
+  WriteSample("statement", other);
   DemoForm form;
   ASSERT_TRUE(form.Press("Command1").ok);
   ASSERT_TRUE(form.Press("Command7").ok);
+  ASSERT_EQ(form.Layers().size(), 2u);
+  const int second = form.Layers()[1].id;
   // A layer is transparent: no white page under it, unlike the whole picture.
   const std::string white = "fill:rgb(100%,100%,100%)";
   EXPECT_NE(form.PictureSvg().find(white), std::string::npos);
-  EXPECT_EQ(form.PrintSvg(2).find(white), std::string::npos);
-  EXPECT_NE(form.PrintSvg(2).find("<use"), std::string::npos);
-  EXPECT_THROW(form.PrintSvg(3), AutomationError);
-  EXPECT_THROW(form.PrintSvg(0), AutomationError);
-  // The texts from print 2 on are the second voucher's only.
+  EXPECT_EQ(form.LayerSvg(second).find(white), std::string::npos);
+  EXPECT_NE(form.LayerSvg(second).find("<use"), std::string::npos);
+  EXPECT_THROW(form.LayerSvg(second + 1), AutomationError);
+  EXPECT_THROW(form.LayerSvg(0), AutomationError);
+  // The texts above the first layer are the second voucher's only.
   std::vector<std::string> titles;
-  const json from_second = form.State(2);  // kept: the loop must not walk a temporary's member
+  const json from_second = form.State(second - 1);  // kept: the loop must not walk a temporary's member
   for (const json& t : from_second["texts"]) {
     EXPECT_EQ(t["print"], 2);
     if (t["size"] == 16) titles.push_back(t["text"]);
   }
   EXPECT_EQ(titles, (std::vector<std::string>{"SECOND TITLE"}));
-  EXPECT_TRUE(form.State(3)["texts"].empty());
-  EXPECT_EQ(form.State(3)["prints"], 2);
+  EXPECT_EQ(form.State(second)["prints"], 2);
+  EXPECT_EQ(form.State(second)["layers"].size(), 2u);
 }
 
 }  // namespace
