@@ -59,7 +59,7 @@ constexpr const char* kPage = R"HTML(<!doctype html>
   #zoom-level { min-width: 48px !important; }
   #downloads { margin-left: auto; }
   #downloads a { color: var(--accent); }
-  #pages { flex: 1; min-height: 0; overflow: auto; background: var(--paper-bg); padding: 18px; }
+  #pages { position: relative; flex: 1; min-height: 0; overflow: auto; background: var(--paper-bg); padding: 18px; }
   #pages figure { margin: 0 auto 18px; width: fit-content; }
   #pages img { display: block; background: #fff; box-shadow: 0 1px 4px rgba(0, 0, 0, .25); }
   #pages figcaption { text-align: center; font-size: 13px; color: var(--muted); margin-top: 6px; }

@@ -67,9 +67,15 @@ function drawPages() {
   const figures = numbers.map(pageFigure);
   pagesBox.replaceChildren(...figures);
   updateControls();
-  if (view.all) figures[view.page - 1]?.scrollIntoView({ block: "start" });
+  if (view.all) scrollToPage(view.page);
   const first = figures.slice(view.all ? view.page - 1 : 0).slice(0, 2);
   return Promise.all(first.map(f => f.querySelector("img").decode().catch(() => {})));
+}
+
+// Scrolls the pages box only (scrollIntoView would scroll the whole window on a small screen).
+function scrollToPage(number) {
+  const figure = pagesBox.querySelector(`figure[data-page="${number}"]`);
+  if (figure) pagesBox.scrollTop = figure.offsetTop - pagesBox.firstElementChild.offsetTop;
 }
 
 function rescale() {
@@ -121,7 +127,7 @@ async function pickSample(name, button) {
 function goToPage(number) {
   view.page = Math.max(1, Math.min(view.pages.length, number));
   if (view.all) {
-    pagesBox.querySelector(`figure[data-page="${view.page}"]`)?.scrollIntoView({ block: "start" });
+    scrollToPage(view.page);
     updateControls();
   } else {
     drawPages();
@@ -322,6 +328,7 @@ function showMode(mode) {
   $("mode-document").setAttribute("aria-pressed", String(!classicMode));
   $("mode-classic").setAttribute("aria-pressed", String(classicMode));
   if (location.hash !== "#" + mode) history.replaceState(null, "", "#" + mode);
+  document.querySelector("main").scrollTop = 0;
   if (classicMode) return startClassic();
   if (view.pages.length) rescale();
 }

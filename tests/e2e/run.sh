@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The browser test of the demonstration form: installs chromium and playwright-core, then drives the page.
-# Usage: run.sh QUORVEL_BINARY WORK_DIR  (WORK_DIR gets node_modules, the screenshot and the server log)
+# The browser test of the demonstration page: installs chromium and playwright-core, then drives both modes.
+# Usage: run.sh QUORVEL_BINARY WORK_DIR  (WORK_DIR gets node_modules, the screenshots, the downloads and the server log)
 set -euo pipefail
 quorvel=$1
 work=$2
@@ -17,4 +17,4 @@ if ! cmp -s "$here/package-lock.json" "$work/package-lock.json" || [ ! -d "$work
   (cd "$work" && npm ci --no-audit --no-fund --loglevel=error)
 fi
 
-exec node "$here/demo_form.test.cjs" "$quorvel" "$work" "$source_dir/demo/samples"
+exec node "$here/demo.test.cjs" "$quorvel" "$work" "$source_dir/demo/samples"
