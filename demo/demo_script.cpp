@@ -53,7 +53,11 @@ function pageFigure(number) {
   figure.dataset.page = number;
   const img = new Image();
   img.alt = `Page ${number} of ${view.pages.length}`;
-  img.src = `/document/${view.id}/${number}.svg`;
+  // The other pages are asked for once the one in view has come (see drawPages), and those
+  // further down only as they come near, so the first picture is not kept waiting.
+  if (view.all && number > view.page + 1) img.loading = "lazy";
+  img.dataset.src = `/document/${view.id}/${number}.svg`;
+  if (number === view.page) img.src = img.dataset.src;
   sizeImage(img, page);
   const caption = document.createElement("figcaption");
   caption.textContent = img.alt;
@@ -68,8 +72,11 @@ function drawPages() {
   pagesBox.replaceChildren(...figures);
   updateControls();
   if (view.all) scrollToPage(view.page);
-  const first = figures.slice(view.all ? view.page - 1 : 0).slice(0, 2);
-  return Promise.all(first.map(f => f.querySelector("img").decode().catch(() => {})));
+  const first = figures[view.all ? view.page - 1 : 0];
+  if (!first) return Promise.resolve();
+  const shown = first.querySelector("img").decode().catch(() => {});
+  shown.then(() => { for (const img of pagesBox.querySelectorAll("img:not([src])")) img.src = img.dataset.src; });
+  return shown;
 }
 
 // Scrolls the pages box only (scrollIntoView would scroll the whole window on a small screen).
@@ -112,15 +119,19 @@ async function printDocument(firstPage) {
   }
 }
 
-async function pickSample(name, button) {
+// Puts a sample in the editor (its text fetched unless given) and prints it.
+async function pickSample(name, button, text) {
   for (const b of $("sample-list").children) b.setAttribute("aria-pressed", String(b === button));
   view.sample = name;
-  busy(true);
-  try {
-    editor.value = await (await fetch(`/sample/${name}.json`)).text();
-  } finally {
-    busy(false);
+  if (text === undefined) {
+    busy(true);
+    try {
+      text = await (await fetch(`/sample/${name}.json`)).text();
+    } finally {
+      busy(false);
+    }
   }
+  editor.value = text;
   await printDocument(true);
 }
 
@@ -164,10 +175,12 @@ async function downloadPdf() {
   }
 }
 
+// The sample list and the first sample come with the page; the list is the server's
+// /samples.json, the samples of demo/samples.cpp whose files are present.
 async function startDocumentView() {
-  const samples = await (await fetch("/samples.json")).json();
+  const start = JSON.parse($("start-data").textContent);
   const list = $("sample-list");
-  for (const sample of samples) {
+  for (const sample of start.samples) {
     const button = document.createElement("button");
     button.type = "button";
     button.textContent = sample.title;
@@ -176,8 +189,8 @@ async function startDocumentView() {
     button.addEventListener("click", () => pickSample(sample.name, button));
     list.appendChild(button);
   }
-  const first = samples.find(s => s.name === "invoice") || samples[0];
-  if (first) await pickSample(first.name, list.querySelector(`[data-sample="${first.name}"]`));
+  const first = start.first || start.samples[0];
+  if (first) await pickSample(first.name, list.querySelector(`[data-sample="${first.name}"]`), first.text);
 }
 
 let editTimer = 0;

@@ -30,6 +30,7 @@ async function shownOps(page) {
 // Every page picture in view has loaded, at the size its page has at the shown zoom.
 async function checkPictures(page, width) {
   const pictures = await page.$$eval('#pages img', imgs => Promise.all(imgs.map(async img => {
+    img.scrollIntoView();  // pages further down load only as they come near
     await img.decode();
     return { natural: img.naturalWidth, width: img.clientWidth, src: img.getAttribute('src') };
   })));
