@@ -61,12 +61,19 @@ class ProgressView {
     const std::string left = rate > 0 ? Clock((progress.total - progress.documents) / rate) : "?";
     std::fprintf(stderr, "\r[%s] %ld/%ld documents  %ld pages  %.0f/s  %s left  %ld failed ", bar.c_str(),
                  progress.documents, progress.total, progress.pages, rate, left.c_str(), progress.failures);
-    if (progress.documents == progress.total) std::fputc('\n', stderr);
+    open_line_ = progress.documents != progress.total;
+    if (!open_line_) std::fputc('\n', stderr);
+  }
+  // Ends a bar left open by an interruption, so the summary starts on a line of its own.
+  void End() {
+    if (open_line_) std::fputc('\n', stderr);
+    open_line_ = false;
   }
 
  private:
   bool terminal_;
   double last_draw_ = -1;
+  bool open_line_ = false;
 };
 
 int RunBatchCommand(BatchOptions options) {
@@ -75,6 +82,7 @@ int RunBatchCommand(BatchOptions options) {
   ProgressView view;
   options.progress = [&view](const BatchProgress& progress) { view(progress); };
   const BatchSummary summary = RunBatch(options);
+  view.End();
   std::cout << summary.documents << " documents (" << summary.printed << " printed, " << summary.skipped
             << " skipped, " << summary.failures.size() << " failed), " << summary.pages << " pages, "
             << std::lround(summary.seconds * 10) / 10.0 << " s";
