@@ -161,6 +161,25 @@ TEST(BatchCommand, TemplateNamesPickTheKindAndRefuseBadNames) {
   EXPECT_EQ(failures[2]["line"], 7);
 }
 
+// A folder of document files: outputs named after the files, failures named by file.
+TEST(BatchCommand, FolderInputNamesOutputsAndFailuresByFile) {
+  const std::string dir = TempDir("batch-folder");
+  fs::create_directories(dir + "/in");
+  WriteFile(dir + "/in/acme.json", SmallDocument("statement", "F1", kCompanyA).dump(2));
+  WriteFile(dir + "/in/broken.json", R"({"type": "statement", "document": {"StatementItems": 3}})");
+  WriteFile(dir + "/in/zenith.json", SmallDocument("voucher", "F2", kCompanyB).dump(2));
+  WriteFile(dir + "/in/notes.txt", "not a document");
+  const CommandResult result = RunQuorvel("batch '" + dir + "/in' -o '" + dir + "/out'");
+  EXPECT_EQ(result.exit_code, 1) << result.output;
+  EXPECT_EQ(Entries(dir + "/out"), (std::set<std::string>{"acme.pdf", "zenith.pdf", "batch-summary.json"}));
+  EXPECT_NE(PageText(dir + "/out/acme.pdf", 1).find("F1"), std::string::npos);
+  const json summary = ReadJson(dir + "/out/batch-summary.json");
+  EXPECT_EQ(summary["documents"], 3);
+  ASSERT_EQ(summary["failures"].size(), 1u);
+  EXPECT_EQ(summary["failures"][0]["file"], "broken.json");
+  EXPECT_EQ(summary["failures"][0]["number"], 13) << "an array was expected";
+}
+
 TEST(BatchCommand, BadOptionsStopBeforeAnythingIsPrinted) {
   const std::string dir = TempDir("batch-options");
   EXPECT_EQ(RunQuorvel("batch '" + dir + "/missing.jsonl' -o '" + dir + "/out'").exit_code, 2);
