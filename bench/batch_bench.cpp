@@ -130,7 +130,7 @@ void MonthEndStatements(benchmark::State& state) {
     const double loop_cpu = LoopCpuSecondsPerDocument(dir, 200);
     const double process = ProcessSecondsPerDocument(dir, 100);
     if (loop_cpu <= 0 || process <= 0) {
-      state.SkipWithError("the comparison prints failed");
+      state.SkipWithError(loop_cpu <= 0 ? "the in-process print loop failed" : "quorvel print failed");
       break;
     }
     state.counters["documents"] = documents;
