@@ -91,16 +91,24 @@ bool ReceiveOutcome(int fd, Outcome& outcome) {
   return true;
 }
 
-// Temporary files a killed worker may have left beside its output (".NAME.tmp-XXXXXX").
+// Temporary files a killed worker may have left beside its output: ".NAME.tmp-XXXXXX", and for
+// PNG pages ".STEM-N.png.tmp-XXXXXX" (with its ".render" companion).
 void RemoveTemporariesOf(const std::string& path) {
   namespace fs = std::filesystem;
   const fs::path target(path);
   const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
-  const std::string stem = target.filename().string();
+  const std::string name = target.filename().string();
+  const bool png = target.extension() == ".png";
+  const std::string page_prefix = "." + target.stem().string() + "-";
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder, error)) {
-    const std::string name = entry.path().filename().string();
-    if (name.rfind("." + stem, 0) == 0 && name.find(".tmp-") != std::string::npos) fs::remove(entry.path(), error);
+    const std::string candidate = entry.path().filename().string();
+    const size_t page_end = candidate.find(".png.tmp-");
+    const bool own = candidate.rfind("." + name + ".tmp-", 0) == 0 ||
+                     (png && candidate.rfind(page_prefix, 0) == 0 && page_end != std::string::npos &&
+                      page_end > page_prefix.size() &&
+                      candidate.find_first_not_of("0123456789", page_prefix.size()) == page_end);
+    if (own) fs::remove(entry.path(), error);
   }
 }
 

@@ -64,8 +64,10 @@ TEST(BatchInterrupt, TerminatedBatchLeavesWholeFilesAndTheRerunPrintsOnlyTheRest
   EXPECT_EQ(first["printed"], printed_before) << "every document reported printed is there, and no more";
   ASSERT_LT(printed_before, total) << "the batch ended before the signal; nothing was interrupted";
   EXPECT_TRUE(Temporaries(dir).empty());
-  for (const auto& [name, identity] : Identities(out))
-    if (name != "batch-summary.json") EXPECT_EQ(QpdfPages(out + "/" + name), 1) << name;
+  for (const auto& [name, identity] : Identities(out)) {
+    if (name == "batch-summary.json") continue;
+    EXPECT_EQ(QpdfPages(out + "/" + name), 1) << name;
+  }
 
   const auto before = Identities(out);
   const CommandResult rerun = RunQuorvel("batch '" + dir + "/in.jsonl' -o '" + out + "' -j 2 --skip-existing");
@@ -75,8 +77,10 @@ TEST(BatchInterrupt, TerminatedBatchLeavesWholeFilesAndTheRerunPrintsOnlyTheRest
   EXPECT_EQ(second["printed"], total - printed_before);
   EXPECT_EQ(CountPdfs(out), total);
   const auto after = Identities(out);
-  for (const auto& [name, identity] : before)
-    if (name != "batch-summary.json") EXPECT_EQ(after.at(name), identity) << name << " was printed twice";
+  for (const auto& [name, identity] : before) {
+    if (name == "batch-summary.json") continue;
+    EXPECT_EQ(after.at(name), identity) << name << " was printed twice";
+  }
   for (int i = 1; i <= total; i += 37) EXPECT_EQ(PdfPages(out + "/" + std::to_string(i) + "-statement.pdf"), 1);
   EXPECT_TRUE(Temporaries(dir).empty());
 }
@@ -118,6 +122,35 @@ TEST(BatchInterrupt, AWorkerKilledMidBatchCostsOnlyTheDocumentItHeld) {
   EXPECT_EQ(QpdfPages(options.out_dir + "/12-statement.pdf"), 1);
   EXPECT_TRUE(Temporaries(dir).empty());
   EXPECT_TRUE(Children().empty()) << "every worker was waited for";
+}
+
+// Killed while its temporary file is half written: the partial file goes with the document.
+TEST(BatchInterrupt, AWorkerKilledMidWriteLeavesNoTemporary) {
+  const std::string dir = TempDir("batch-killed-mid-write");
+  std::vector<json> documents = {SmallDocument("invoice", "K1", kCompanyA), LongInvoice("K2", 4000),
+                                 SmallDocument("invoice", "K3", kCompanyB)};
+  WriteJsonLines(dir + "/in.jsonl", Dump(documents));
+  BatchOptions options;
+  options.input = dir + "/in.jsonl";
+  options.out_dir = dir + "/out";
+  options.jobs = 1;
+  BatchSummary summary;
+  std::thread batch([&] { summary = RunBatch(options); });
+  bool killed = false;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+  while (!killed && std::chrono::steady_clock::now() < deadline) {
+    std::error_code error;
+    if (fs::exists(options.out_dir + "/1-invoice.pdf", error) && !Temporaries(options.out_dir).empty()) {
+      const std::vector<pid_t> children = Children();
+      killed = children.size() == 1 && kill(children[0], SIGKILL) == 0;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  batch.join();
+  ASSERT_TRUE(killed) << "the long invoice was never caught half written";
+  ASSERT_EQ(summary.failures.size(), 1u);
+  EXPECT_EQ(summary.failures[0].source.line, 2);
+  EXPECT_EQ(Entries(options.out_dir), (std::set<std::string>{"1-invoice.pdf", "3-invoice.pdf", "batch-summary.json"}));
 }
 
 }  // namespace
