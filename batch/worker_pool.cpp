@@ -187,12 +187,6 @@ bool WorkerPool::Busy() const {
   return false;
 }
 
-std::vector<pid_t> WorkerPool::Pids() const {
-  std::vector<pid_t> pids;
-  for (const Worker& worker : workers_) pids.push_back(worker.pid);
-  return pids;
-}
-
 void WorkerPool::Give(Job job) {
   for (Worker& worker : workers_) {
     if (worker.busy) continue;

@@ -41,8 +41,6 @@ class WorkerPool {
   void Give(Job job);  // to an idle worker
   // Waits up to `timeout_ms` for finished jobs (returns early when a signal arrives).
   std::vector<Outcome> Collect(int timeout_ms);
-  // The jobs in flight and the worker ids, for tests that stop a worker on purpose.
-  std::vector<pid_t> Pids() const;
 
  private:
   struct Worker {
