@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <string>
 
 namespace quorvel::cli {
@@ -17,5 +18,12 @@ struct PrintOptions {
 
 // Prints one document; reports what was written. Returns the process exit code.
 int RunPrint(const PrintOptions& options);
+
+// `quorvel batch`: the subcommand, and what runs it once parsed (returns the exit code).
+struct BatchCommand {
+  CLI::App* command;
+  std::function<int()> run;
+};
+BatchCommand AddBatchCommand(CLI::App& app);
 
 }  // namespace quorvel::cli

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
   auto* queue = print_cmd->add_option("--printer", print.queue, "print to a print queue (the default one when no name is given)");
   queue->expected(0, 1);
   CLI::App* typelib_cmd = app.add_subcommand("typelib", "list the Quorvel type library");
+  const quorvel::cli::BatchCommand batch = quorvel::cli::AddBatchCommand(app);
   auto run_demo = quorvel::demo::AddDemoCommand(app);
   CLI11_PARSE(app, argc, argv);
   try {
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
       print.to_queue = queue->count() > 0;
       return quorvel::cli::RunPrint(print);
     }
+    if (batch.command->parsed()) return batch.run();
     if (typelib_cmd->parsed()) {
       std::cout << quorvel::DescribeLibrary();
       return 0;

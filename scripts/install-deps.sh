@@ -8,7 +8,7 @@ packages=(
   libcairo2-dev libfreetype-dev libfontconfig-dev fonts-liberation2
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  poppler-utils python3
+  poppler-utils python3 libqpdf-dev
 )
 # Extra groups, asked for by name: "cups" (print-queue tests), "browser" (web demo test), "fuzz" (clang + sanitizers).
 for group in "$@"; do
