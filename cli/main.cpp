@@ -6,10 +6,12 @@
 #include "cli/commands.hpp"
 #include "demo/demo_command.hpp"
 #include "foundation/errors.hpp"
+#include "quorvel.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"Quorvel: lays out and prints business documents"};
   app.require_subcommand(1);
+  app.set_version_flag("--version", std::string("quorvel ") + quorvel_version());
   quorvel::cli::PrintOptions print;
   CLI::App* print_cmd = app.add_subcommand("print", "print a document described in JSON");
   print_cmd->add_option("document", print.document, "the document file (JSON)")->required();

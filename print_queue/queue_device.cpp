@@ -9,8 +9,9 @@
 #include "foundation/page_devices.hpp"
 #include "print_queue/cups_job.hpp"
 
-namespace quorvel::print_queue {
+namespace quorvel {
 
+namespace print_queue {
 namespace {
 
 // A private folder for the rendered job, removed with everything in it.
@@ -67,17 +68,11 @@ class QueueDevice : public PageDevice {
   int pages_ = 0;
 };
 
-int Register() {
-  RegisterQueueDevice([](const PrinterOutput& output) { return std::make_unique<QueueDevice>(output); });
-  return 1;
-}
-
 }  // namespace
+}  // namespace print_queue
 
-}  // namespace quorvel::print_queue
-
-// Registers the device when the program starts. The build asks the linker for this symbol, so
-// every program that links the library carries the registration.
-extern "C" {
-int quorvel_print_queue_device = quorvel::print_queue::Register();
+QueueDeviceFactory BuiltInQueueDevice() {
+  return [](const PrinterOutput& output) { return std::make_unique<print_queue::QueueDevice>(output); };
 }
+
+}  // namespace quorvel
