@@ -8,7 +8,8 @@ namespace quorvel::cli {
 
 struct PrintOptions {
   std::string document;
-  std::string output;
+  std::string output;          // "-": standard output, in `format`
+  std::string format = "pdf";  // pdf, svg or jsonl (for standard output)
   std::string paper = "a4";
   bool preview = false;
   bool to_queue = false;
@@ -17,5 +18,8 @@ struct PrintOptions {
 
 // Prints one document; reports what was written. Returns the process exit code.
 int RunPrint(const PrintOptions& options);
+
+// Prints the JSON Schema of the document file format.
+int RunSchema();
 
 }  // namespace quorvel::cli
