@@ -28,8 +28,7 @@ class CMakeBuild(build_ext):
     def build_extension(self, ext):
         build = pathlib.Path(self.build_temp).resolve() / "quorvel"
         options = ["-DQUORVEL_BUILD_CLI=OFF", "-DQUORVEL_BUILD_TESTS=OFF", "-DQUORVEL_BUILD_BENCH=OFF",
-                   "-DQUORVEL_BUILD_PYTHON=ON", f"-DPython_EXECUTABLE={sys.executable}",
-                   "-DCMAKE_BUILD_TYPE=Release"]
+                   "-DQUORVEL_BUILD_PYTHON=ON", f"-DPython_EXECUTABLE={sys.executable}"]
         subprocess.run(["cmake", "-S", str(REPOSITORY), "-B", str(build), "-G", "Ninja", *options], check=True)
         jobs = os.environ.get("QUORVEL_JOBS", "2")
         subprocess.run(["cmake", "--build", str(build), "--target", "quorvel_python", "-j", jobs], check=True)
