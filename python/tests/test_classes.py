@@ -1,4 +1,6 @@
 """The type library's classes from Python: objects, members, collections, printing, errors."""
+import json
+
 import pytest
 
 import quorvel
@@ -83,3 +85,29 @@ def test_numbers_past_their_range_are_refused():
     with pytest.raises(quorvel.Error) as caught:
         make_invoice("INV-PY-0011").InvoiceItems.Item(2)  # a collection of one line
     assert caught.value.number == 9 and "index 2" in caught.value.message
+
+
+def test_every_file_output_of_the_system_printer(tmp_path):
+    invoice = make_invoice("INV-PY-0012")
+    written = {}
+    for ending in (".jsonl", ".svg", ".png"):
+        with quorvel.printing():
+            quorvel.set_output(str(tmp_path / f"out{ending}"))
+            quorvel.ClassInvoicePrinter().PrintIt(invoice, True)
+            written[ending] = quorvel.last_results()[0]
+    assert written[".png"] == [str(tmp_path / "out-1.png")]  # one file per page
+    assert (tmp_path / "out-1.png").read_bytes()[:8] == b"\x89PNG\r\n\x1a\n"
+    assert (tmp_path / "out.svg").read_text().lstrip().startswith("<?xml")
+    ops = [json.loads(line) for line in (tmp_path / "out.jsonl").read_text().splitlines()]
+    assert any(op["op"] == "text" and "INV-PY-0012" in op["text"] for op in ops)
+
+
+def test_a_queue_output_reaches_the_print_system(monkeypatch):
+    # No scheduler listens on the discard port: the error is the print system's, number 482.
+    monkeypatch.setenv("CUPS_SERVER", "127.0.0.1:9")
+    with quorvel.printing():
+        quorvel.set_queue("no-such-queue")
+        with pytest.raises(quorvel.Error) as caught:
+            quorvel.ClassInvoicePrinter().PrintIt(make_invoice("INV-PY-0013"), True)
+        quorvel.set_output("quorvel-print.pdf")
+    assert caught.value.number == 482
