@@ -1,6 +1,6 @@
 """Builds and installs the quorvel package offline from this repository:
 
-    /usr/bin/python3 -m pip install --no-build-isolation ./python
+    /usr/bin/python3 -m pip install --no-build-isolation --no-index ./python
 
 The extension is built by the repository's CMake build (only the library and the module), so
 the package and `make` compile the same sources with the same flags.
