@@ -1,8 +1,10 @@
 // Building documents from JSON through the type library, and running their print routines.
 #include "automation/document_job.hpp"
 
+#include <algorithm>
 #include <fstream>
 
+#include "automation/nearest_name.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
@@ -40,7 +42,8 @@ const JobKind& KindOf(const std::string& type) {
     if (kind.type == type) return kind;
   std::string known;
   for (const JobKind& kind : Kinds()) known += (known.empty() ? "" : ", ") + kind.type;
-  Raise(err::kInvalidArgument, "\"type\": unknown document type \"" + type + "\" (known: " + known + ")");
+  Raise(err::kInvalidArgument, "\"type\": unknown document type \"" + type + "\"" + DidYouMean(type, DocumentTypes()) +
+                                   " (known: " + known + ")");
 }
 
 // The print-call arguments a file may give, with the values used when it does not.
@@ -74,12 +77,17 @@ Variant ToVariant(const json& value, const TypeRef& type, const std::string& whe
 
 void FillObject(const ObjectRef& object, const json& fields, const std::string& where);
 
+// The top-level keys a document file may use.
+std::vector<std::string> FileKeys() {
+  std::vector<std::string> keys{"type", "company", "printer", "document"};
+  for (const auto& [key, value] : ArgumentDefaults().items()) keys.push_back(key);
+  return keys;
+}
+
 // Each array element becomes a new object of the collection's element class, added in order.
 void FillCollection(const ObjectRef& object, const MemberInfo& getter, const json& lines, const std::string& where) {
   if (!lines.is_array()) WrongType(where, "an array of objects");
-  const ClassInfo* collection = TypeLibrary::Get().Find(getter.type.cpp_type);
-  const MemberInfo* item = collection ? collection->Find("Item", MemberKind::Method) : nullptr;
-  const ClassInfo* element = item ? TypeLibrary::Get().Find(item->type.cpp_type) : nullptr;
+  const ClassInfo* element = LineClassOf(getter);
   if (!element) WrongType(where, "a property that holds lines");
   const ObjectRef list = GetProperty(object, getter.name).AsObject();
   for (size_t i = 0; i < lines.size(); ++i) {
@@ -102,7 +110,7 @@ void FillObject(const ObjectRef& object, const json& fields, const std::string& 
       continue;
     }
     const MemberInfo* put = cls.Find(name, MemberKind::PropertyPut);
-    if (!put) Raise(err::kNotSupported, field_where + ": " + cls.name + " has no property \"" + name + "\"");
+    if (!put) Raise(err::kNotSupported, field_where + ": " + cls.name + " has no property \"" + name + "\"" + DidYouMean(name, FileFields(cls)));
     try {
       PutProperty(object, name, ToVariant(value, put->type, field_where));
     } catch (const AutomationError& e) {
@@ -123,7 +131,7 @@ void ApplyCompany(const json& company) {
     if (name == "TopMargin") continue;
     size_t i = 0;
     while (i < set.params.size() && set.params[i].name != name) ++i;
-    if (i == set.params.size()) Raise(err::kNotSupported, "company." + name + ": not a company field");
+    if (i == set.params.size()) Raise(err::kNotSupported, "company." + name + ": not a company field" + DidYouMean(name, CompanyFields()));
     args[i] = ToVariant(value, set.params[i].type, "company." + name);
   }
   CallMethod(info, "SetCompanyInfo", args);
@@ -150,6 +158,51 @@ void PrintLetterheadJob(Surface& surface);
 
 }  // namespace
 
+const ClassInfo* LineClassOf(const MemberInfo& getter) {
+  if (getter.type.kind != TypeKind::Collection) return nullptr;
+  const ClassInfo* collection = TypeLibrary::Get().Find(getter.type.cpp_type);
+  const MemberInfo* item = collection ? collection->Find("Item", MemberKind::Method) : nullptr;
+  return item ? TypeLibrary::Get().Find(item->type.cpp_type) : nullptr;
+}
+
+std::string JsonTypeOf(TypeKind kind) {
+  switch (kind) {
+    case TypeKind::String: return "string";
+    case TypeKind::Boolean: return "boolean";
+    case TypeKind::Integer:
+    case TypeKind::Long:
+    case TypeKind::Single:
+    case TypeKind::Double: return "number";
+    default: return "";
+  }
+}
+
+std::vector<std::string> FileFields(const ClassInfo& cls) {
+  std::vector<std::string> fields;
+  for (const MemberInfo& m : cls.members) {
+    const bool lines = m.kind == MemberKind::PropertyGet && LineClassOf(m);
+    const bool settable = m.kind == MemberKind::PropertyPut && !JsonTypeOf(m.type.kind).empty();
+    if ((lines || settable) && std::find(fields.begin(), fields.end(), m.name) == fields.end()) fields.push_back(m.name);
+  }
+  return fields;
+}
+
+std::vector<std::string> CompanyFields() {
+  const MemberInfo& set = *TypeLibrary::Get().Find("ClassCompanyInfo")->Find("SetCompanyInfo", MemberKind::Method);
+  std::vector<std::string> fields;
+  for (const ParamInfo& p : set.params) fields.push_back(p.name);
+  fields.push_back("TopMargin");
+  return fields;
+}
+
+std::vector<DocumentClasses> DocumentTypeClasses() {
+  std::vector<DocumentClasses> classes;
+  for (const JobKind& kind : Kinds()) classes.push_back({kind.type, kind.document_class, kind.printer_class});
+  return classes;
+}
+
+const json& PrintArguments() { return ArgumentDefaults(); }
+
 std::vector<std::string> DocumentTypes() {
   std::vector<std::string> types;
   for (const JobKind& kind : Kinds()) types.push_back(kind.type);
@@ -165,7 +218,8 @@ DocumentJob LoadDocumentJob(const json& description) {
   job.arguments = ArgumentDefaults();
   for (const auto& [key, value] : description.items()) {
     if (key == "type" || key == "company" || key == "printer" || key == "document") continue;
-    if (!ArgumentDefaults().contains(key)) Raise(err::kNotSupported, "\"" + key + "\": not a document file key");
+    if (!ArgumentDefaults().contains(key))
+      Raise(err::kNotSupported, "\"" + key + "\": not a document file key" + DidYouMean(key, FileKeys()));
     if (value.type() != ArgumentDefaults()[key].type() &&
         !(value.is_number() && ArgumentDefaults()[key].is_number()))
       WrongType(key, ArgumentDefaults()[key].is_boolean() ? "true or false" : "a number");
@@ -183,11 +237,15 @@ DocumentJob LoadDocumentJob(const json& description) {
 DocumentJob LoadDocumentJobFile(const std::string& path) {
   std::ifstream in(path);
   if (!in) Raise(err::kFileError, "cannot read " + path);
+  return LoadDocumentJobStream(in, path);
+}
+
+DocumentJob LoadDocumentJobStream(std::istream& in, const std::string& name) {
   json description;
   try {
     description = json::parse(in);
   } catch (const json::exception& e) {
-    Raise(err::kInvalidArgument, path + " is not valid JSON: " + e.what());
+    Raise(err::kInvalidArgument, name + " is not valid JSON: " + e.what());
   }
   return LoadDocumentJob(description);
 }

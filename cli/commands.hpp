@@ -9,7 +9,8 @@ namespace quorvel::cli {
 
 struct PrintOptions {
   std::string document;
-  std::string output;
+  std::string output;          // "-": standard output, in `format`
+  std::string format = "pdf";  // pdf, svg or jsonl (for standard output)
   std::string paper = "a4";
   bool preview = false;
   bool to_queue = false;
@@ -25,5 +26,8 @@ struct BatchCommand {
   std::function<int()> run;
 };
 BatchCommand AddBatchCommand(CLI::App& app);
+
+// Prints the JSON Schema of the document file format.
+int RunSchema();
 
 }  // namespace quorvel::cli

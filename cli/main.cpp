@@ -1,4 +1,4 @@
-// The quorvel command: print a JSON document, list the type library.
+// The quorvel command: print a JSON document, list the type library, describe the file format.
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -6,20 +6,25 @@
 #include "cli/commands.hpp"
 #include "demo/demo_command.hpp"
 #include "foundation/errors.hpp"
+#include "quorvel.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"Quorvel: lays out and prints business documents"};
   app.require_subcommand(1);
+  app.set_version_flag("--version", std::string("quorvel ") + quorvel_version());
   quorvel::cli::PrintOptions print;
   CLI::App* print_cmd = app.add_subcommand("print", "print a document described in JSON");
-  print_cmd->add_option("document", print.document, "the document file (JSON)")->required();
-  print_cmd->add_option("-o,--output", print.output, "output file: .pdf, .png, .svg or .jsonl");
+  print_cmd->add_option("document", print.document, "the document file (JSON); - reads standard input")->required();
+  print_cmd->add_option("-o,--output", print.output, "output file: .pdf, .png, .svg or .jsonl; - writes standard output");
+  print_cmd->add_option("--format", print.format, "format written to standard output (-o -)")
+      ->check(CLI::IsMember({"pdf", "svg", "jsonl", "png"}));
   print_cmd->add_option("--paper", print.paper, "paper: a4, letter or roll")->check(CLI::IsMember({"a4", "letter", "roll"}));
   print_cmd->add_flag("--preview", print.preview, "draw on a preview surface (no pages) instead of the printer");
   auto* queue = print_cmd->add_option("--printer", print.queue, "print to a print queue (the default one when no name is given)");
   queue->expected(0, 1);
   CLI::App* typelib_cmd = app.add_subcommand("typelib", "list the Quorvel type library");
   const quorvel::cli::BatchCommand batch = quorvel::cli::AddBatchCommand(app);
+  CLI::App* schema_cmd = app.add_subcommand("schema", "print the JSON Schema of document files");
   auto run_demo = quorvel::demo::AddDemoCommand(app);
   CLI11_PARSE(app, argc, argv);
   try {
@@ -28,6 +33,7 @@ int main(int argc, char** argv) {
       return quorvel::cli::RunPrint(print);
     }
     if (batch.command->parsed()) return batch.run();
+    if (schema_cmd->parsed()) return quorvel::cli::RunSchema();
     if (typelib_cmd->parsed()) {
       std::cout << quorvel::DescribeLibrary();
       return 0;

@@ -1,31 +1,46 @@
 // `quorvel print`: a JSON document through the type library onto the printer or a preview.
-#include <filesystem>
+#include <cstdio>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 
 #include "automation/document_job.hpp"
+#include "automation/job_output.hpp"
 #include "cli/commands.hpp"
-#include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
-#include "foundation/preview_surface.hpp"
-#include "foundation/printer_surface.hpp"
+#include "foundation/temp_folder.hpp"
 
 namespace quorvel::cli {
 
 namespace {
-void Report(const std::vector<std::string>& results, int pages) {
-  for (const std::string& result : results) std::cout << "wrote " << result << "\n";
-  std::cout << pages << (pages == 1 ? " page" : " pages") << "\n";
+void Report(std::ostream& out, const JobResult& done) {
+  for (const std::string& result : done.results) out << "wrote " << result << "\n";
+  out << done.pages << (done.pages == 1 ? " page" : " pages") << "\n";
 }
 
-// A preview is one picture; it goes to the same devices as one page.
-int PrintPreview(const DocumentJob& job, const PrinterOutput& output, const Paper& paper) {
-  PreviewSurface preview(paper.width, paper.height);
-  PrintJobOnSurface(job, preview);
-  auto device = OpenDevice(output);
-  device->Page(preview.Ops(), paper.width, paper.height);
-  device->Finish();
-  Report(device->Results(), 1);
+DocumentJob LoadJob(const std::string& document) {
+  if (document == "-") return LoadDocumentJobStream(std::cin, "standard input");
+  return LoadDocumentJobFile(document);
+}
+
+// The whole file in one write; a short write or a failed flush is an error, not a success.
+void CopyToStandardOutput(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (!in.good() && !in.eof()) Raise(err::kFileError, "cannot read back " + path);
+  if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
+    Raise(err::kFileError, "cannot write the document to standard output");
+}
+
+// `-o -`: the document is rendered into a private folder first and copied out only when it is
+// complete, so a failure leaves standard output empty. PNG is one file per page, so it has no
+// single stream to write.
+int PrintToStandardOutput(const DocumentJob& job, const PrintOptions& options, const Paper& paper) {
+  if (options.format == "png") Raise(err::kInvalidArgument, "-o -: PNG makes one file per page; give a file path");
+  TempFolder folder("the document");
+  const JobResult done = PrintJobTo(job, FileOutput(folder.Path() + "/document." + options.format), paper, options.preview);
+  CopyToStandardOutput(done.results.front());
+  Report(std::cerr, {{"standard output"}, done.pages});
   return 0;
 }
 }  // namespace
@@ -36,20 +51,15 @@ int RunPrint(const PrintOptions& options) {
   if (options.to_queue) {
     output.kind = PrinterOutput::Kind::Queue;
     output.queue = options.queue;
-  } else {
-    if (options.output.empty()) Raise(err::kInvalidArgument, "-o OUT is needed (or --printer)");
-    output = PrinterOutput::ForPath(options.output);
-    CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+  } else if (options.output.empty()) {
+    Raise(err::kInvalidArgument, "-o OUT is needed (or --printer)");
+  } else if (options.output != "-") {
+    output = FileOutput(options.output);
   }
   // Everything is read and checked before anything is drawn.
-  const DocumentJob job = LoadDocumentJobFile(options.document);
-  if (options.preview) return PrintPreview(job, output, paper);
-  PrinterSurface& printer = SystemPrinter();
-  printer.SetPaper(paper);
-  printer.SetOutput(output);
-  PrintJobOnSystemPrinter(job);
-  if (printer.InDocument()) printer.EndDoc();  // a routine that leaves the ending to its host
-  Report(printer.LastResults(), printer.LastPageCount());
+  const DocumentJob job = LoadJob(options.document);
+  if (!options.to_queue && options.output == "-") return PrintToStandardOutput(job, options, paper);
+  Report(std::cout, PrintJobTo(job, output, paper, options.preview));
   return 0;
 }
 

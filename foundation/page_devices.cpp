@@ -149,7 +149,7 @@ class OpsDevice : public PageDevice {
 };
 
 QueueDeviceFactory& QueueFactory() {
-  static QueueDeviceFactory factory;
+  static QueueDeviceFactory factory = BuiltInQueueDevice();
   return factory;
 }
 

@@ -42,6 +42,9 @@ std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output);
 // queue output raises a clear error.
 using QueueDeviceFactory = std::function<std::unique_ptr<PageDevice>(const PrinterOutput&)>;
 void RegisterQueueDevice(QueueDeviceFactory factory);
+// The library's own print-queue device (print_queue/). Asked for by name when the first queue
+// output opens, so a program linked against the static library always carries it.
+QueueDeviceFactory BuiltInQueueDevice();
 
 // A device writing a PDF to an already open stream (used by the queue device to render a job).
 std::unique_ptr<PageDevice> OpenPdfDevice(const PrinterOutput& output);

@@ -109,6 +109,9 @@ int32_t quorvel_printer_kill_doc(void);
    per line, in a text freed with quorvel_text_free; and its page count. Either may be NULL. */
 int32_t quorvel_printer_last_results(char** results, int32_t* pages);
 
+/* The library's version, "MAJOR.MINOR.PATCH" (a static text; never fails, never freed). */
+const char* quorvel_version(void);
+
 /* A new in-memory preview surface of the given size in twips (A4 is 11906 x 16838). */
 int32_t quorvel_preview_create(double width, double height, quorvel_object** preview);
 

@@ -1,39 +1,15 @@
 // The print-queue device: a document's pages rendered to one PDF and submitted to CUPS as one job.
-#include <stdlib.h>
-
-#include <filesystem>
 #include <memory>
-#include <vector>
 
 #include "foundation/errors.hpp"
 #include "foundation/page_devices.hpp"
+#include "foundation/temp_folder.hpp"
 #include "print_queue/cups_job.hpp"
 
-namespace quorvel::print_queue {
+namespace quorvel {
 
+namespace print_queue {
 namespace {
-
-// A private folder for the rendered job, removed with everything in it.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "quorvel-job-XXXXXX").string();
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back('\0');
-    if (!mkdtemp(buffer.data())) Raise(err::kFileError, "cannot make a folder for the print job in " + pattern);
-    path_ = buffer.data();
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 // The queue is looked up when the document starts, so a missing queue or a stopped scheduler
 // fails before the pages are drawn; the job is created only once the whole PDF is rendered, so
@@ -61,23 +37,17 @@ class QueueDevice : public PageDevice {
 
  private:
   std::string queue_;
-  TempFolder folder_;
+  TempFolder folder_{"the print job"};
   std::unique_ptr<PageDevice> pdf_;  // declared after its folder, so its temporary file goes first
   std::string media_;
   int pages_ = 0;
 };
 
-int Register() {
-  RegisterQueueDevice([](const PrinterOutput& output) { return std::make_unique<QueueDevice>(output); });
-  return 1;
-}
-
 }  // namespace
+}  // namespace print_queue
 
-}  // namespace quorvel::print_queue
-
-// Registers the device when the program starts. The build asks the linker for this symbol, so
-// every program that links the library carries the registration.
-extern "C" {
-int quorvel_print_queue_device = quorvel::print_queue::Register();
+QueueDeviceFactory BuiltInQueueDevice() {
+  return [](const PrinterOutput& output) { return std::make_unique<print_queue::QueueDevice>(output); };
 }
+
+}  // namespace quorvel
