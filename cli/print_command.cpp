@@ -4,6 +4,7 @@
 
 #include "automation/document_job.hpp"
 #include "cli/commands.hpp"
+#include "cli/glyph_check.hpp"
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/page_devices.hpp"
@@ -28,6 +29,18 @@ int PrintPreview(const DocumentJob& job, const PrinterOutput& output, const Pape
   Report(device->Results(), 1);
   return 0;
 }
+// Characters that no installed font has are drawn as the missing-glyph box: say which, and in
+// which field; in strict mode refuse the document before anything is drawn.
+void CheckGlyphs(const PrintOptions& options) {
+  SetStrictText(options.strict);
+  const std::vector<std::string> fields = MissingGlyphFields(options.document);
+  if (fields.empty()) return;
+  std::string list;
+  for (const std::string& field : fields) list += (list.empty() ? "" : "; ") + field;
+  if (options.strict) Raise(err::kInvalidArgument, "no installed font has the characters of " + list);
+  for (const std::string& field : fields)
+    std::cerr << "quorvel: warning: no installed font has " << field << " (drawn as boxes)\n";
+}
 }  // namespace
 
 int RunPrint(const PrintOptions& options) {
@@ -43,6 +56,7 @@ int RunPrint(const PrintOptions& options) {
   }
   // Everything is read and checked before anything is drawn.
   const DocumentJob job = LoadDocumentJobFile(options.document);
+  CheckGlyphs(options);
   if (options.preview) return PrintPreview(job, output, paper);
   PrinterSurface& printer = SystemPrinter();
   printer.SetPaper(paper);

@@ -6,9 +6,10 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   libcairo2-dev libfreetype-dev libfontconfig-dev fonts-liberation2
+  libharfbuzz-dev libfribidi-dev fonts-noto-core fonts-droid-fallback
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  poppler-utils python3
+  poppler-utils python3 libharfbuzz-bin fribidi
 )
 # Extra groups, asked for by name: "cups" (print-queue tests), "browser" (web demo test), "fuzz" (clang + sanitizers).
 for group in "$@"; do

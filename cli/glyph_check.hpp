@@ -1,0 +1,13 @@
+// The texts of a document file that hold characters no installed font has, named by field.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quorvel::cli {
+
+// One line per field holding such characters:
+// "document.InvoiceItems[2].Description: U+1F600", in the order of the file.
+std::vector<std::string> MissingGlyphFields(const std::string& document_path);
+
+}  // namespace quorvel::cli
