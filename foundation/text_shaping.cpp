@@ -116,6 +116,7 @@ ShapedRun Shape(std::u32string_view text, const Item& item) {
     run.x_offsets.push_back(positions[g].x_offset);
     run.y_offsets.push_back(positions[g].y_offset);
     run.width_units += positions[g].x_advance;
+    run.clusters.push_back(infos[g].cluster);
     const size_t k = std::lower_bound(starts.begin(), starts.end(), infos[g].cluster) - starts.begin();
     const size_t end = k + 1 < starts.size() ? starts[k + 1] : item.start + item.length;
     run.chars.push_back(given[k] ? std::u32string() : std::u32string(text.substr(starts[k], end - starts[k])));

@@ -22,6 +22,7 @@ struct ShapedRun {
   std::vector<int32_t> y_offsets;  // upwards, as HarfBuzz gives them
   // The characters of each cluster on the cluster's first glyph (as drawn), empty on the others.
   std::vector<std::u32string> chars;
+  std::vector<uint32_t> clusters;  // each glyph's cluster: the index of its first character in the line
   int64_t width_units = 0;
 };
 
