@@ -11,11 +11,13 @@ const std::string kDescription =
     "Heavy-duty galvanised steel shelving unit, five adjustable shelves, 180 x 90 x 40 cm, "
     "load 175 kg per shelf, bolt-free assembly, supplied flat-packed with rubber feet and wall ties.";
 
-void BM_TextWidth(benchmark::State& state) {
+void MeasureRepeatedly(benchmark::State& state, const std::string& text) {
   PreviewSurface s;
-  for (auto _ : state) benchmark::DoNotOptimize(s.TextWidth(kDescription));
-  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(kDescription.size()));
+  for (auto _ : state) benchmark::DoNotOptimize(s.TextWidth(text));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }
+
+void BM_TextWidth(benchmark::State& state) { MeasureRepeatedly(state, kDescription); }
 BENCHMARK(BM_TextWidth);
 
 // The reference for Latin text: the plain sum of the face's advances that measuring was before
@@ -32,11 +34,7 @@ BENCHMARK(BM_TextWidthReference);
 const std::string kArabic = "قلم حبر أزرق ناعم للكتابة اليومية في المكتب والمدرسة، علبة من عشرة أقلام، رقم الصنف 4471";
 
 // A repeated Arabic text: shaped once, then answered from the cache of shaped lines.
-void BM_TextWidthArabicRepeated(benchmark::State& state) {
-  PreviewSurface s;
-  for (auto _ : state) benchmark::DoNotOptimize(s.TextWidth(kArabic));
-  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(kArabic.size()));
-}
+void BM_TextWidthArabicRepeated(benchmark::State& state) { MeasureRepeatedly(state, kArabic); }
 BENCHMARK(BM_TextWidthArabicRepeated);
 
 // Arabic texts that are all different (more than the cache holds): each one is shaped afresh.

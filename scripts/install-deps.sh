@@ -9,7 +9,7 @@ packages=(
   libharfbuzz-dev libfribidi-dev fonts-noto-core fonts-droid-fallback
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  poppler-utils python3 libharfbuzz-bin fribidi
+  poppler-utils python3 libharfbuzz-bin
 )
 # Extra groups, asked for by name: "cups" (print-queue tests), "browser" (web demo test), "fuzz" (clang + sanitizers).
 for group in "$@"; do

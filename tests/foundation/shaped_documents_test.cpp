@@ -44,6 +44,15 @@ int CheckShapedTexts(const DrawOps& ops) {
   return shaped;
 }
 
+// A sample with one text replaced (`field` a JSON pointer), printed to every output.
+Printed PrintSampleWith(const std::string& sample, const std::string& field, const std::string& text) {
+  json doc = LoadSample(sample);
+  doc[json::json_pointer(field)] = text;
+  const Printed printed = PrintAll(sample, doc);
+  EXPECT_GE(CheckShapedTexts(printed.ops), 1);
+  return printed;
+}
+
 TEST(ShapedDocuments, ArabicLetterhead) {
   const std::string name = "شركة النور للتجارة";
   const Printed printed = PrintAll("letterhead", json{{"type", "letterhead"}, {"company", {{"CompanyName", name}}}});
@@ -55,32 +64,23 @@ TEST(ShapedDocuments, ArabicLetterhead) {
 }
 
 TEST(ShapedDocuments, InvoiceWithArabicAndLatinInOneDescription) {
-  json invoice = LoadSample("invoice");
   const std::string description = "ورق طباعة A4 80gsm عدد 5 رزم";
-  invoice["document"]["InvoiceItems"][0]["Description"] = description;
-  const Printed printed = PrintAll("invoice", invoice);
-  EXPECT_GE(CheckShapedTexts(printed.ops), 1);
+  const Printed printed = PrintSampleWith("invoice", "/document/InvoiceItems/0/Description", description);
   EXPECT_TRUE(HasText(printed.ops, description));
   for (const char* word : {"ورق", "طباعة", "A4", "80gsm", "عدد", "رزم"})
     EXPECT_NE(printed.pdf_text.find(word), std::string::npos) << word << "\n" << printed.pdf_text;
 }
 
 TEST(ShapedDocuments, ReceiptWithAnArabicStoreName) {
-  json receipt = LoadSample("receipt");
   const std::string store = "مقهى الزاوية";
-  receipt["company"]["CompanyName"] = store;
-  const Printed printed = PrintAll("receipt", receipt);
-  EXPECT_GE(CheckShapedTexts(printed.ops), 1);
+  const Printed printed = PrintSampleWith("receipt", "/company/CompanyName", store);
   EXPECT_TRUE(HasText(printed.ops, store));
   EXPECT_NE(printed.pdf_text.find(store), std::string::npos) << printed.pdf_text;
 }
 
 TEST(ShapedDocuments, StatementLineInChinese) {
-  json statement = LoadSample("statement");
   const std::string description = "发票 INV-2400 办公用品";
-  statement["document"]["StatementItems"][0]["Description"] = description;
-  const Printed printed = PrintAll("statement", statement);
-  EXPECT_GE(CheckShapedTexts(printed.ops), 1);
+  const Printed printed = PrintSampleWith("statement", "/document/StatementItems/0/Description", description);
   const TextOp drawn = FindText(printed.ops, " " + description);  // the column starts with a blank
   // The Chinese words come from the CJK fallback, the invoice number stays in Liberation Sans.
   for (const GlyphRun& run : GlyphRunsOf(drawn)) {
