@@ -63,11 +63,25 @@ class SummaryReporter : public benchmark::ConsoleReporter {
       std::printf("Memory while printing: 2,000 lines +%.1f MiB, 20,000 lines +%.1f MiB over the resident set before\n",
                   Counter(*small, "print_growth_MiB"), Counter(*large, "print_growth_MiB"));
     }
+    PrintTextWidthSummary();
     if (const Result* process = Find("Process/receipt"))
       std::printf("quorvel print of the sample receipt, whole process: %.1f ms\n", process->seconds * 1e3);
   }
 
  private:
+  void PrintTextWidthSummary() const {
+    const Result* latin = Find("BM_TextWidth");
+    const Result* reference = Find("BM_TextWidthReference");
+    if (latin && reference && reference->cpu_seconds > 0)
+      std::printf("\nTextWidth of a Latin description: %.0f ns, plain advance sum %.0f ns: ratio %.2f (CPU)\n",
+                  latin->cpu_seconds * 1e9, reference->cpu_seconds * 1e9, latin->cpu_seconds / reference->cpu_seconds);
+    const Result* repeated = Find("BM_TextWidthArabicRepeated");
+    const Result* distinct = Find("BM_TextWidthArabicDistinct");
+    if (repeated && distinct)
+      std::printf("TextWidth of an Arabic description: %.0f ns repeated (cached), %.0f ns each new text (shaped)\n",
+                  repeated->cpu_seconds * 1e9, distinct->cpu_seconds * 1e9);
+  }
+
   const Result* Find(const std::string& name) const {
     auto it = results_.find(name);
     return it == results_.end() ? nullptr : &it->second;

@@ -75,6 +75,22 @@ int32_t quorvel_printer_last_results(char** results, int32_t* pages) {
   });
 }
 
+int32_t quorvel_printer_last_warnings(char** warnings, int32_t* count) {
+  return capi::Guard([&] {
+    const std::vector<std::string>& list = quorvel::SystemPrinter().LastTextWarnings();
+    if (warnings) {
+      std::string joined;
+      for (const std::string& line : list) joined += (joined.empty() ? "" : "\n") + line;
+      *warnings = capi::CopyText(joined);
+    }
+    if (count) *count = static_cast<int32_t>(list.size());
+  });
+}
+
+int32_t quorvel_set_strict_text(int32_t strict) {
+  return capi::Guard([&] { quorvel::SetStrictText(strict != 0); });
+}
+
 int32_t quorvel_preview_create(double width, double height, quorvel_object** preview) {
   return capi::Guard([&] {
     if (!preview) quorvel::Raise(quorvel::err::kInvalidArgument, "no place for the preview given");

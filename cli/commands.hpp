@@ -15,6 +15,7 @@ struct PrintOptions {
   bool preview = false;
   bool to_queue = false;
   std::string queue;
+  bool strict = false;  // a character no installed font has is an error, not a warning
 };
 
 // Prints one document; reports what was written. Returns the process exit code.

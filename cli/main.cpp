@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
       ->check(CLI::IsMember({"pdf", "svg", "jsonl", "png"}));
   print_cmd->add_option("--paper", print.paper, "paper: a4, letter or roll")->check(CLI::IsMember({"a4", "letter", "roll"}));
   print_cmd->add_flag("--preview", print.preview, "draw on a preview surface (no pages) instead of the printer");
+  print_cmd->add_flag("--strict", print.strict, "refuse a document with characters no installed font has");
   auto* queue = print_cmd->add_option("--printer", print.queue, "print to a print queue (the default one when no name is given)");
   queue->expected(0, 1);
   CLI::App* typelib_cmd = app.add_subcommand("typelib", "list the Quorvel type library");

@@ -3,10 +3,12 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <sstream>
 
 #include "automation/document_job.hpp"
 #include "automation/job_output.hpp"
 #include "cli/commands.hpp"
+#include "cli/glyph_check.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/temp_folder.hpp"
 
@@ -18,9 +20,12 @@ void Report(std::ostream& out, const JobResult& done) {
   out << done.pages << (done.pages == 1 ? " page" : " pages") << "\n";
 }
 
-DocumentJob LoadJob(const std::string& document) {
-  if (document == "-") return LoadDocumentJobStream(std::cin, "standard input");
-  return LoadDocumentJobFile(document);
+// Standard input is read whole first: the glyph check below reads the same text again.
+DocumentJob LoadJob(const std::string& document, std::string& stdin_text) {
+  if (document != "-") return LoadDocumentJobFile(document);
+  stdin_text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+  std::istringstream in(stdin_text);
+  return LoadDocumentJobStream(in, "standard input");
 }
 
 // The whole file in one write; a short write or a failed flush is an error, not a success.
@@ -43,6 +48,19 @@ int PrintToStandardOutput(const DocumentJob& job, const PrintOptions& options, c
   Report(std::cerr, {{"standard output"}, done.pages});
   return 0;
 }
+// Characters that no installed font has are drawn as the missing-glyph box: say which, and in
+// which field; in strict mode refuse the document before anything is drawn.
+void CheckGlyphs(const PrintOptions& options, const std::string& stdin_text) {
+  SetStrictText(options.strict);
+  const std::vector<std::string> fields =
+      options.document == "-" ? MissingGlyphFieldsOfText(stdin_text) : MissingGlyphFields(options.document);
+  if (fields.empty()) return;
+  std::string list;
+  for (const std::string& field : fields) list += (list.empty() ? "" : "; ") + field;
+  if (options.strict) Raise(err::kInvalidArgument, "no installed font has the characters of " + list);
+  for (const std::string& field : fields)
+    std::cerr << "quorvel: warning: no installed font has " << field << " (drawn as boxes)\n";
+}
 }  // namespace
 
 int RunPrint(const PrintOptions& options) {
@@ -57,7 +75,9 @@ int RunPrint(const PrintOptions& options) {
     output = FileOutput(options.output);
   }
   // Everything is read and checked before anything is drawn.
-  const DocumentJob job = LoadJob(options.document);
+  std::string stdin_text;
+  const DocumentJob job = LoadJob(options.document, stdin_text);
+  CheckGlyphs(options, stdin_text);
   if (!options.to_queue && options.output == "-") return PrintToStandardOutput(job, options, paper);
   Report(std::cout, PrintJobTo(job, output, paper, options.preview));
   return 0;

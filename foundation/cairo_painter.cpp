@@ -10,6 +10,8 @@
 
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
+#include "foundation/glyph_runs.hpp"
+#include "foundation/utf8.hpp"
 
 namespace quorvel {
 
@@ -61,24 +63,36 @@ CairoPainter::CairoPainter(cairo_t* cr) : cr_(cr) {
   cairo_set_source_rgb(cr_, 0, 0, 0);
 }
 
+// Text is drawn from its glyph runs, so that shaped and fallback text looks as it is measured.
+// Each glyph carries its cluster's characters, which a PDF keeps for text extraction.
 void CairoPainter::operator()(const TextOp& op) {
-  // Nearly every op uses the previous op's face: look it up (a locked map search) only when the
-  // name or weight changes.
-  if (!face_ || op.font != last_font_name_ || op.bold != last_bold_) {
-    face_ = &FontFace::Get(op.font, op.bold);
-    cairo_set_font_face(cr_, CairoFaceFor(*face_));
-    last_font_name_ = op.font;
-    last_bold_ = op.bold;
-    last_size_ = 0;
+  for (const GlyphRun& run : GlyphRunsOf(op)) {
+    if (run.face != face_) {
+      face_ = run.face;
+      cairo_set_font_face(cr_, CairoFaceFor(*face_));
+      last_size_ = 0;
+    }
+    if (run.size != last_size_) {
+      cairo_set_font_size(cr_, run.size * 20.0);  // user units are twips
+      last_size_ = run.size;
+    }
+    std::vector<cairo_glyph_t> glyphs;
+    std::vector<cairo_text_cluster_t> clusters;
+    std::string utf8;
+    for (size_t g = 0; g < run.glyphs.size(); ++g) {
+      glyphs.push_back(cairo_glyph_t{run.glyphs[g], run.x[g], run.baseline - run.rise[g]});
+      const std::string chars = EncodeUtf8(run.chars[g]);
+      if (chars.empty() && !clusters.empty()) {
+        ++clusters.back().num_glyphs;  // a further glyph of the cluster before it
+        continue;
+      }
+      utf8 += chars;
+      clusters.push_back(cairo_text_cluster_t{static_cast<int>(chars.size()), 1});
+    }
+    cairo_show_text_glyphs(cr_, utf8.data(), static_cast<int>(utf8.size()), glyphs.data(),
+                           static_cast<int>(glyphs.size()), clusters.data(),
+                           static_cast<int>(clusters.size()), cairo_text_cluster_flags_t(0));
   }
-  if (op.size != last_size_) {
-    cairo_set_font_size(cr_, op.size * 20.0);  // user units are twips
-    last_size_ = op.size;
-  }
-  const FontFace& face = *face_;
-  const double baseline = op.y + face.Ascender() * TwipsPerUnit(face, op.size);
-  cairo_move_to(cr_, op.x, baseline);
-  cairo_show_text(cr_, op.text.c_str());
 }
 
 void CairoPainter::operator()(const LineOp& op) {

@@ -5,6 +5,9 @@
 #include <nlohmann/json.hpp>
 
 #include "foundation/errors.hpp"
+#include "foundation/font_metrics.hpp"
+#include "foundation/text_shaping.hpp"
+#include "foundation/utf8.hpp"
 #include "foundation/runtime.hpp"
 
 namespace quorvel {
@@ -23,12 +26,27 @@ std::string Coordinates(const char* op, double x1, double y1, double x2, double 
          ",\"x2\":" + Twips(x2) + ",\"y2\":" + Twips(y2) + "}";
 }
 
+// A text that is not drawn glyph for glyph in its own font (right-to-left, fallback fonts,
+// shaping) carries its paragraph direction, so that a reader knows its glyphs are not its
+// characters in order. Plain texts keep the line exactly as it always was.
+std::string DirectionField(const TextOp& t) {
+  if (!IsValidUtf8(t.text)) return "";
+  try {
+    const FontFace& face = FontFace::Get(t.font, t.bold);
+    int64_t units = 0;
+    if (face.PlainAdvanceUnits(t.text, units)) return "";
+    return ShapeLine(DecodeUtf8(t.text), face, t.bold)->rtl ? ",\"dir\":\"rtl\"" : ",\"dir\":\"ltr\"";
+  } catch (const AutomationError&) {
+    return "";  // a font this machine lacks: the op is written as it was read
+  }
+}
+
 struct JsonWriter {
   std::string operator()(const TextOp& t) const {
     return "{\"op\":\"text\",\"x\":" + Twips(t.x) + ",\"y\":" + Twips(t.y) +
            ",\"font\":" + nlohmann::json(t.font).dump() + ",\"size\":" + NumberText(t.size) +
            ",\"bold\":" + (t.bold ? "true" : "false") +
-           ",\"text\":" + nlohmann::json(t.text).dump() + "}";
+           ",\"text\":" + nlohmann::json(t.text).dump() + DirectionField(t) + "}";
   }
   std::string operator()(const LineOp& l) const { return Coordinates("line", l.x1, l.y1, l.x2, l.y2); }
   std::string operator()(const BoxOp& b) const { return Coordinates("box", b.x1, b.y1, b.x2, b.y2); }

@@ -6,6 +6,9 @@
 #include FT_FREETYPE_H
 #include FT_TRUETYPE_TABLES_H
 #include FT_ADVANCES_H
+#include <fribidi.h>
+#include <hb-ot.h>
+#include <hb.h>
 
 #include <map>
 #include <memory>
@@ -73,11 +76,38 @@ std::string FindFontFile(const std::string& family, bool bold) {
   return file;
 }
 
+// A character that needs the bidirectional algorithm: strong right-to-left, Arabic digits and
+// the explicit embedding and isolate controls. A text holding none of them reads left to right.
+bool NeedsBidi(char32_t cp) {
+  switch (fribidi_get_bidi_type(cp)) {
+    case FRIBIDI_TYPE_RTL: case FRIBIDI_TYPE_AL: case FRIBIDI_TYPE_AN:
+    case FRIBIDI_TYPE_RLE: case FRIBIDI_TYPE_RLO: case FRIBIDI_TYPE_LRE:
+    case FRIBIDI_TYPE_LRO: case FRIBIDI_TYPE_PDF: case FRIBIDI_TYPE_LRI:
+    case FRIBIDI_TYPE_RLI: case FRIBIDI_TYPE_FSI: case FRIBIDI_TYPE_PDI:
+      return true;
+    default:
+      return false;
+  }
+}
+
+hb_font_t* ShaperFor(const std::string& file) {
+  hb_blob_t* blob = hb_blob_create_from_file(file.c_str());
+  hb_face_t* face = hb_face_create(blob, 0);
+  hb_blob_destroy(blob);
+  hb_font_t* font = hb_font_create(face);
+  hb_face_destroy(face);
+  hb_ot_font_set_funcs(font);
+  const unsigned int upem = hb_face_get_upem(hb_font_get_face(font));
+  hb_font_set_scale(font, static_cast<int>(upem), static_cast<int>(upem));  // positions in font units
+  hb_font_make_immutable(font);
+  return font;
+}
+
 }  // namespace
 
-FontFace::FontFace(std::string file, std::string family, bool bold) : file_(std::move(file)) {
+FontFace::FontFace(std::string file) : file_(std::move(file)) {
   if (FT_New_Face(Library(), file_.c_str(), 0, &face_) != 0)
-    Raise(err::kInvalidArgument, "font file " + file_ + " of " + family + " cannot be read");
+    Raise(err::kInvalidArgument, "font file " + file_ + " cannot be read");
   units_per_em_ = face_->units_per_EM;
   auto* hhea = static_cast<TT_HoriHeader*>(FT_Get_Sfnt_Table(face_, FT_SFNT_HHEA));
   if (hhea) {
@@ -102,22 +132,39 @@ FontFace::FontFace(std::string file, std::string family, bool bold) : file_(std:
     }
     cp = FT_Get_Next_Char(face_, cp, &glyph);
   }
-  (void)bold;
+  // Control characters have no glyph but have always been measured and drawn as they stand.
+  plain_.assign(0x10000, 0);
+  for (char32_t c = 0; c < 0x10000; ++c)
+    plain_[c] = (bmp_glyphs_[c] != 0 || c < 0x20 || (c >= 0x7F && c < 0xA0)) && !NeedsBidi(c);
+  shaper_ = ShaperFor(file_);
+}
+
+
+// Faces live as long as the process: devices and worker threads may hold them to the end.
+const FontFace& FontFace::FromFile(const std::string& file) {
+  static std::map<std::string, const FontFace*> by_file;
+  std::lock_guard<std::mutex> lock(CacheMutex());
+  auto it = by_file.find(file);
+  if (it != by_file.end()) return *it->second;
+  return *by_file.emplace(file, new FontFace(file)).first->second;
 }
 
 const FontFace& FontFace::Get(std::string_view name, bool bold) {
-  static std::map<std::pair<std::string, bool>, std::unique_ptr<FontFace>> cache;
-  std::lock_guard<std::mutex> lock(CacheMutex());
-  auto key = std::make_pair(CaseFolded(name), bold);
-  auto it = cache.find(key);
-  if (it != cache.end()) return *it->second;
+  static std::map<std::pair<std::string, bool>, const FontFace*> by_name;
+  {
+    std::lock_guard<std::mutex> lock(CacheMutex());
+    auto it = by_name.find(std::make_pair(CaseFolded(name), bold));
+    if (it != by_name.end()) return *it->second;
+  }
   const std::string family = FamilyFor(name);
   const std::string file = FindFontFile(family, bold);
   if (file.empty())
     Raise(err::kInvalidArgument, "font \"" + std::string(name) + "\" (" + family +
                                      (bold ? " Bold" : " Regular") + ") is not installed");
-  auto face = std::unique_ptr<FontFace>(new FontFace(file, family, bold));
-  return *cache.emplace(key, std::move(face)).first->second;
+  const FontFace& face = FromFile(file);
+  std::lock_guard<std::mutex> lock(CacheMutex());
+  by_name.emplace(std::make_pair(CaseFolded(name), bold), &face);
+  return face;
 }
 
 int32_t FontFace::Advance(char32_t cp) const {
@@ -146,6 +193,39 @@ int64_t FontFace::AdvanceUnits(std::string_view utf8) const {
   int64_t sum = 0;
   ForEachCodePoint(utf8, [&](char32_t cp) { sum += Advance(cp); });
   return sum;
+}
+
+}  // namespace quorvel
+
+namespace quorvel {
+
+bool FontFace::PlainAdvanceUnits(std::string_view utf8, int64_t& units) const {
+  int64_t sum = 0;
+  size_t i = 0;
+  while (i < utf8.size()) {
+    const auto byte = static_cast<unsigned char>(utf8[i]);
+    if (byte < 0x80) {  // ASCII: always plain in a face that draws the printers' texts
+      sum += bmp_advances_[byte];
+      ++i;
+      continue;
+    }
+    const char32_t cp = detail::NextCodePoint(utf8, i);
+    if (cp == 0xFFFFFFFFu) detail::RaiseInvalidUtf8("text");
+    if (!IsPlain(cp)) return false;
+    sum += bmp_advances_[cp];
+  }
+  units = sum;
+  return true;
+}
+
+bool FontFace::PlainAdvanceUnits(std::u32string_view text, int64_t& units) const {
+  int64_t sum = 0;
+  for (char32_t cp : text) {
+    if (!IsPlain(cp)) return false;
+    sum += bmp_advances_[cp];
+  }
+  units = sum;
+  return true;
 }
 
 }  // namespace quorvel

@@ -8,6 +8,7 @@
 #include <vector>
 
 typedef struct FT_FaceRec_* FT_Face;
+typedef struct hb_font_t hb_font_t;
 
 namespace quorvel {
 
@@ -18,6 +19,8 @@ class FontFace {
   // The face for a font name as a surface knows it ("Arial" is served by Liberation Sans).
   // Raises an error naming the font when fontconfig has no such family.
   static const FontFace& Get(std::string_view name, bool bold);
+  // The face in a font file (a fallback found by coverage), loaded once per file.
+  static const FontFace& FromFile(const std::string& file);
 
   // Sum of unhinted advance widths in font units, without kerning.
   int64_t AdvanceUnits(std::u32string_view text) const;
@@ -31,12 +34,22 @@ class FontFace {
   // hhea ascender − descender + lineGap: the line pitch in font units.
   int32_t LineUnits() const { return line_units_; }
   const std::string& File() const { return file_; }
+  // True when the face has a glyph of its own for `cp`.
+  bool Covers(char32_t cp) const { return cp < 0x10000 ? bmp_glyphs_[cp] != 0 : GlyphIndex(cp) != 0; }
+  // The sum of advances, in font units, when every character is one the face draws on its own,
+  // left to right, glyph for glyph; false (and `units` unspecified) when any character needs
+  // shaping, another direction or another font.
+  bool PlainAdvanceUnits(std::string_view utf8, int64_t& units) const;
+  bool PlainAdvanceUnits(std::u32string_view text, int64_t& units) const;
+  // HarfBuzz's font for this face, scaled to font units; immutable, shared between threads.
+  hb_font_t* Shaper() const { return shaper_; }
 
   FontFace(const FontFace&) = delete;
   FontFace& operator=(const FontFace&) = delete;
 
  private:
-  FontFace(std::string file, std::string family, bool bold);
+  explicit FontFace(std::string file);
+  bool IsPlain(char32_t cp) const { return cp < 0x10000 ? plain_[cp] != 0 : false; }
 
   std::string file_;
   FT_Face face_ = nullptr;
@@ -46,6 +59,8 @@ class FontFace {
   int32_t missing_advance_ = 0;
   std::vector<int32_t> bmp_advances_;  // one entry per code point below U+10000
   std::vector<uint16_t> bmp_glyphs_;   // glyph id per code point below U+10000, 0 where missing
+  std::vector<uint8_t> plain_;         // 1 where a code point is drawn as its own glyph, left to right
+  hb_font_t* shaper_ = nullptr;
   mutable std::mutex astral_mutex_;     // guards the face for code points past the table
 };
 

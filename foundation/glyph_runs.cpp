@@ -1,26 +1,60 @@
-// Laying out a text op as glyph runs.
+// Laying out a text op as glyph runs: the plain glyph-for-glyph layout, or the shaped one.
 #include "foundation/glyph_runs.hpp"
 
+#include "foundation/text_shaping.hpp"
 #include "foundation/utf8.hpp"
 
 namespace quorvel {
 
-std::vector<GlyphRun> GlyphRunsOf(const TextOp& op) {
+namespace {
+
+GlyphRun PlainRun(const TextOp& op, const FontFace& face) {
   GlyphRun run;
-  run.face = &FontFace::Get(op.font, op.bold);
+  run.face = &face;
   run.size = op.size;
-  const double scale = TwipsPerUnit(*run.face, op.size);
-  run.baseline = op.y + run.face->Ascender() * scale;
+  const double scale = TwipsPerUnit(face, op.size);
+  run.baseline = op.y + face.Ascender() * scale;
   double pen = op.x;
   ForEachCodePoint(op.text, [&](char32_t cp) {
-    const double advance = run.face->Advance(cp) * scale;
-    run.glyphs.push_back(run.face->GlyphIndex(cp));
+    const double advance = face.Advance(cp) * scale;
+    run.glyphs.push_back(face.GlyphIndex(cp));
     run.x.push_back(pen);
     run.advances.push_back(advance);
     run.chars.push_back(std::u32string(1, cp));
+    run.rise.push_back(0);
     pen += advance;
   });
-  return {std::move(run)};
+  return run;
+}
+
+}  // namespace
+
+std::vector<GlyphRun> GlyphRunsOf(const TextOp& op) {
+  const FontFace& base = FontFace::Get(op.font, op.bold);
+  int64_t units = 0;
+  if (base.PlainAdvanceUnits(op.text, units)) return {PlainRun(op, base)};
+  const auto line = ShapeLine(DecodeUtf8(op.text), base, op.bold);
+  const double baseline = op.y + base.Ascender() * TwipsPerUnit(base, op.size);
+  std::vector<GlyphRun> runs;
+  double pen = op.x;
+  for (const ShapedRun& shaped : line->runs) {
+    GlyphRun run;
+    run.face = shaped.face;
+    run.size = op.size;
+    run.baseline = baseline;
+    run.rtl = shaped.rtl;
+    run.chars = shaped.chars;
+    run.glyphs = shaped.glyphs;
+    const double scale = TwipsPerUnit(*shaped.face, op.size);
+    for (size_t g = 0; g < shaped.glyphs.size(); ++g) {
+      run.x.push_back(pen + shaped.x_offsets[g] * scale);
+      run.advances.push_back(shaped.advances[g] * scale);
+      run.rise.push_back(shaped.y_offsets[g] * scale);
+      pen += shaped.advances[g] * scale;
+    }
+    runs.push_back(std::move(run));
+  }
+  return runs;
 }
 
 }  // namespace quorvel

@@ -22,10 +22,14 @@ struct GlyphRun {
   // The logical text each glyph stands for: the characters of its cluster on the cluster's
   // first glyph, empty on the others. Feeds text extraction (a PDF's ToUnicode map).
   std::vector<std::u32string> chars;
+  // Each glyph's raise above the baseline, twips (marks placed by shaping); zero for plain text.
+  std::vector<double> rise;
+  bool rtl = false;                  // the run reads right to left (its glyphs are still drawn left to right)
 };
 
 // The runs that draw `op`. Text wholly covered by the op's face is laid out glyph for glyph
 // with the face's own advances (no kerning, no ligatures), exactly as the surfaces measure it.
+// Any other text is itemized by font and direction, shaped, and returned in display order.
 std::vector<GlyphRun> GlyphRunsOf(const TextOp& op);
 
 }  // namespace quorvel

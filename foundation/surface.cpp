@@ -2,14 +2,18 @@
 #include "foundation/surface.hpp"
 
 #include <algorithm>
+#include <atomic>
+#include <cstdio>
 
 #include "foundation/errors.hpp"
+#include "foundation/text_shaping.hpp"
 #include "foundation/utf8.hpp"
 
 namespace quorvel {
 
 namespace {
 constexpr std::string_view kCrLf = "\r\n";
+std::atomic<bool> strict_text{false};
 
 // Calls f(line) for each CRLF-separated line of `text` (one call for a text without breaks).
 template <class F>
@@ -46,26 +50,39 @@ void SurfaceFont::Bold(bool bold) {
   bold_ = bold;
 }
 
+// Plain text (every character the font's own, left to right) is summed from the advance table;
+// anything else is measured as its shaped runs.
 double Surface::TextWidth(std::string_view text) const {
   const FontFace& face = font_.Face();
-  int64_t widest = 0;
-  ForEachLine(text, [&](std::string_view line) { widest = std::max(widest, face.AdvanceUnits(line)); });
-  return static_cast<double>(widest) * TwipsPerUnit(face, font_.Size());
+  const double scale = TwipsPerUnit(face, font_.Size());
+  double widest = 0;
+  ForEachLine(text, [&](std::string_view line) {
+    int64_t units = 0;
+    const double width = face.PlainAdvanceUnits(line, units)
+                             ? static_cast<double>(units) * scale
+                             : WidthTwips(*ShapeLine(DecodeUtf8(line), face, font_.Bold()), font_.Size());
+    widest = std::max(widest, width);
+  });
+  return widest;
 }
 
 double Surface::TextWidth(std::u32string_view text) const {
   const FontFace& face = font_.Face();
-  int64_t widest = 0, current = 0;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == U'\r' && i + 1 < text.size() && text[i + 1] == U'\n') {
-      widest = std::max(widest, current);
-      current = 0;
-      ++i;
-      continue;
-    }
-    current += face.Advance(text[i]);
+  const double scale = TwipsPerUnit(face, font_.Size());
+  double widest = 0;
+  size_t start = 0;
+  while (start <= text.size()) {
+    size_t end = text.find(U"\r\n", start);
+    if (end == std::u32string_view::npos) end = text.size();
+    const std::u32string_view line = text.substr(start, end - start);
+    int64_t units = 0;
+    const double width = face.PlainAdvanceUnits(line, units)
+                             ? static_cast<double>(units) * scale
+                             : WidthTwips(*ShapeLine(line, face, font_.Bold()), font_.Size());
+    widest = std::max(widest, width);
+    start = end + 2;
   }
-  return static_cast<double>(std::max(widest, current)) * TwipsPerUnit(face, font_.Size());
+  return widest;
 }
 
 double Surface::LineHeight() const {
@@ -102,6 +119,7 @@ std::string_view Surface::DrawLines(std::string_view text) {
       y_ += LineHeight();
     }
     first = false;
+    if (!line.empty()) CheckGlyphs(line);
     if (!line.empty())
       Emit(TextOp{x_, y_, font_.Name(), font_.Size(), font_.Bold(), std::string(line)});
     last = line;
@@ -124,6 +142,18 @@ void Surface::PrintSameLine(std::string_view text) {
   x_ += TextWidth(last);
 }
 
+void Surface::CheckGlyphs(std::string_view line) {
+  int64_t units = 0;
+  if (font_.Face().PlainAdvanceUnits(line, units)) return;
+  const auto shaped = ShapeLine(DecodeUtf8(line), font_.Face(), font_.Bold());
+  if (shaped->missing.empty()) return;
+  const std::string what = CodePointNames(shaped->missing) + " in \"" + std::string(line) + "\"";
+  if (StrictText()) Raise(err::kInvalidArgument, "no installed font has " + what);
+  std::string warning = "missing glyph " + what;
+  if (std::find(warnings_.begin(), warnings_.end(), warning) == warnings_.end())
+    warnings_.push_back(std::move(warning));
+}
+
 void Surface::NewPage() { Raise(err::kNotSupported, "this surface has no NewPage"); }
 void Surface::EndDoc() { Raise(err::kNotSupported, "this surface has no EndDoc"); }
 
@@ -138,6 +168,21 @@ void Surface::CallByName(std::string_view member) {
 void Surface::ResetState() {
   x_ = y_ = 0;
   font_ = SurfaceFont();
+  last_warnings_ = std::move(warnings_);
+  warnings_.clear();
+}
+
+void SetStrictText(bool strict) { strict_text = strict; }
+bool StrictText() { return strict_text; }
+
+std::string CodePointNames(std::u32string_view missing) {
+  std::string names;
+  for (char32_t cp : missing) {
+    char name[16];
+    std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(cp));
+    names += (names.empty() ? "" : " ") + std::string(name);
+  }
+  return names;
 }
 
 }  // namespace quorvel

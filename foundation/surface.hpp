@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/draw_ops.hpp"
 #include "foundation/font_metrics.hpp"
@@ -67,19 +68,37 @@ class Surface {
   // Late-bound call by member name, for members a caller cannot know a surface to have.
   virtual void CallByName(std::string_view member);
 
+  // Warnings about characters that no installed font has ("missing glyph U+0378 in \"...\""),
+  // each drawn as the missing-glyph box: those met since the last document ended (the document
+  // in progress, or the picture a preview holds), and those of the last document that ended.
+  const std::vector<std::string>& TextWarnings() const { return warnings_; }
+  const std::vector<std::string>& LastTextWarnings() const { return last_warnings_; }
+
  protected:
   virtual void Emit(DrawOp op) = 0;
-  // Back to the start state of a document: (0, 0), Arial 10 pt, not bold.
+  // Back to the start state of a document: (0, 0), Arial 10 pt, not bold. The text warnings
+  // collected so far become the last document's.
   void ResetState();
   void ResetPosition() { x_ = y_ = 0; }
 
  private:
   // Draws each CRLF line (empty ones draw nothing); returns the last line.
   std::string_view DrawLines(std::string_view text);
+  // Records (or, in strict mode, raises) the characters of `line` that no installed font has.
+  void CheckGlyphs(std::string_view line);
 
   double x_ = 0, y_ = 0;
   SurfaceFont font_;
+  std::vector<std::string> warnings_, last_warnings_;
 };
+
+// Strict text mode, for the whole process: a character that no installed font has is an error
+// raised before its line is drawn (so a printer abandons the document), not a warning.
+void SetStrictText(bool strict);
+bool StrictText();
+
+// "U+0378 U+E0001": the code points of `missing`, for warnings and errors.
+std::string CodePointNames(std::u32string_view missing);
 
 // True when `obj` is the process-wide system printer: only then may a printer call NewPage.
 bool IsSystemPrinter(const Surface& obj);

@@ -3,9 +3,11 @@
 #include "foundation/text_fitting.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 #include "foundation/errors.hpp"
 #include "foundation/runtime.hpp"
+#include "foundation/text_shaping.hpp"
 #include "foundation/utf8.hpp"
 
 namespace quorvel {
@@ -17,6 +19,14 @@ const std::u32string kCrLf = U"\r\n";
 
 std::u32string Left(const std::u32string& t, int64_t n) {
   return n <= 0 ? std::u32string() : t.substr(0, static_cast<size_t>(std::min<int64_t>(n, t.size())));
+}
+
+// The longest cut at or before `n` characters that does not split a grapheme cluster (a letter
+// from its marks, a joined sequence). Plain Latin texts have no such clusters: `n` itself.
+int64_t ClusterCut(const std::u32string& t, int64_t n) {
+  int64_t cut = std::min<int64_t>(n, static_cast<int64_t>(t.size()));
+  while (cut > 0 && InsideCluster(t, static_cast<size_t>(cut))) --cut;
+  return cut;
 }
 
 std::u32string From(const std::u32string& t, int64_t start1) {  // Mid(t, start1)
@@ -62,9 +72,18 @@ std::string Fit(Surface& obj, std::string& text, int16_t length, Cut cut) {
 // The sums are exact integers: the results are those of measuring every candidate afresh.
 class RangeWidths {
  public:
-  RangeWidths(const Surface& obj, const std::u32string& t) : scale_(TwipsPerUnit(obj.Font().Face(), obj.Font().Size())) {
+  RangeWidths(const Surface& obj, const std::u32string& t)
+      : scale_(TwipsPerUnit(obj.Font().Face(), obj.Font().Size())), obj_(obj), text_(t) {
+    int64_t units = 0;
+    const bool plain = obj.Font().Face().PlainAdvanceUnits(t, units);
+    // Shaped text has no per-character widths to add up: a short one has each range shaped and
+    // measured; a long one takes each cluster's width within its whole line, in millitwips.
+    exact_ranges_ = !plain && t.size() <= kExactShapedLimit;
+    if (exact_ranges_) return;
     sums_.resize(t.size() + 1);
-    for (size_t k = 0; k < t.size(); ++k) sums_[k + 1] = sums_[k] + obj.Font().Face().Advance(t[k]);
+    const std::vector<int64_t> advances = plain ? PlainAdvances(obj, t) : ClusterMillitwips(obj, t);
+    if (!plain) scale_ = 0.001;
+    for (size_t k = 0; k < t.size(); ++k) sums_[k + 1] = sums_[k] + advances[k];
     for (size_t k = 0; k + 1 < t.size(); ++k)
       if (t[k] == U'\r' && t[k + 1] == U'\n') breaks_.push_back(k);
     // Line k (k >= 1) lies between break k-1 and break k; table level j holds maxima of 2^j lines.
@@ -80,6 +99,7 @@ class RangeWidths {
   }
 
   double Width(size_t from, size_t to) const {
+    if (exact_ranges_) return obj_.TextWidth(std::u32string_view(text_).substr(from, to - from));
     // Only a CR LF pair wholly inside the range breaks it.
     const auto first = std::lower_bound(breaks_.begin(), breaks_.end(), from);
     const auto end = to < 2 ? first : std::upper_bound(breaks_.begin(), breaks_.end(), to - 2);
@@ -92,6 +112,29 @@ class RangeWidths {
   }
 
  private:
+  static constexpr size_t kExactShapedLimit = 1000;
+
+  static std::vector<int64_t> PlainAdvances(const Surface& obj, const std::u32string& t) {
+    std::vector<int64_t> advances(t.size());
+    for (size_t k = 0; k < t.size(); ++k) advances[k] = obj.Font().Face().Advance(t[k]);
+    return advances;
+  }
+
+  static std::vector<int64_t> ClusterMillitwips(const Surface& obj, const std::u32string& t) {
+    std::vector<int64_t> advances(t.size(), 0);
+    size_t start = 0;
+    while (start < t.size()) {
+      size_t end = t.find(U"\r\n", start);
+      if (end == std::u32string::npos) end = t.size();
+      const auto line = ShapeLine(std::u32string_view(t).substr(start, end - start), obj.Font().Face(), obj.Font().Bold());
+      for (const ShapedRun& run : line->runs)
+        for (size_t g = 0; g < run.glyphs.size(); ++g)
+          advances[start + run.clusters[g]] += std::llround(run.advances[g] * TwipsPerUnit(*run.face, obj.Font().Size()) * 1000);
+      start = end + 2;
+    }
+    return advances;
+  }
+
   int64_t Sum(size_t from, size_t to) const { return sums_[to] - sums_[from]; }
   double Scaled(int64_t units) const { return static_cast<double>(units) * scale_; }
   int64_t LinesMax(size_t lo, size_t hi) const {  // widest of lines lo..hi, inclusive
@@ -101,6 +144,9 @@ class RangeWidths {
   }
 
   double scale_;
+  const Surface& obj_;
+  const std::u32string& text_;
+  bool exact_ranges_ = false;
   std::vector<int64_t> sums_;
   std::vector<size_t> breaks_;
   std::vector<std::vector<int64_t>> max_;
@@ -109,12 +155,16 @@ class RangeWidths {
 }  // namespace
 
 std::string AdjustedText(Surface& obj, std::string& text, int16_t& length) {
-  return Fit(obj, text, length, [](const std::u32string& t, int16_t n) { return Left(t, n) + kDots; });
+  return Fit(obj, text, length,
+             [](const std::u32string& t, int16_t n) { return Left(t, ClusterCut(t, n)) + kDots; });
 }
 
 std::string AdjustedText2(Surface& obj, std::string& text, int16_t& length) {
   return Fit(obj, text, length,
-             [](const std::u32string& t, int16_t n) { return Left(t, n) + kCrLf + From(t, n + 1); });
+             [](const std::u32string& t, int16_t n) {
+               const int64_t cut = ClusterCut(t, n);
+               return Left(t, cut) + kCrLf + From(t, cut + 1);
+             });
 }
 
 void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::string>& lines) {
@@ -153,6 +203,15 @@ void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::
     if (i > last_blank) cut = last_blank > 1 ? last_blank - 1 : i - 1;
     else cut = i;
     cut = std::min<int64_t>(std::max<int64_t>(cut, 0), static_cast<int64_t>(remaining));
+    // Never between a letter and its marks: back to the cluster's start, or on past its end
+    // when the line holds nothing but that one cluster.
+    const std::u32string_view rest(whole.data() + offset, remaining);
+    const int64_t wanted = cut;
+    while (cut > 0 && InsideCluster(rest, static_cast<size_t>(cut))) --cut;
+    if (cut == 0 && wanted > 0) {
+      cut = 1;
+      while (cut < static_cast<int64_t>(remaining) && InsideCluster(rest, static_cast<size_t>(cut))) ++cut;
+    }
     lines.push_back(EncodeUtf8(LTrim(whole.substr(offset, static_cast<size_t>(cut)))));
     if (cut == 0) break;  // nothing consumed: every further round would be the same
     offset += static_cast<size_t>(cut);

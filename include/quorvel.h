@@ -112,6 +112,15 @@ int32_t quorvel_printer_last_results(char** results, int32_t* pages);
 /* The library's version, "MAJOR.MINOR.PATCH" (a static text; never fails, never freed). */
 const char* quorvel_version(void);
 
+/* The warnings of the last finished document on the system printer, one per line, in a text
+   freed with quorvel_text_free: each names characters no installed font has, drawn as the
+   missing-glyph box ("missing glyph U+1F600 in \"...\""). Empty text when there were none. */
+int32_t quorvel_printer_last_warnings(char** warnings, int32_t* count);
+
+/* Strict text mode for the whole process (strict non-zero): a character no installed font has
+   becomes an error raised before its line is drawn, so the document is abandoned unwritten. */
+int32_t quorvel_set_strict_text(int32_t strict);
+
 /* A new in-memory preview surface of the given size in twips (A4 is 11906 x 16838). */
 int32_t quorvel_preview_create(double width, double height, quorvel_object** preview);
 

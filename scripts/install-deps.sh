@@ -6,9 +6,10 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   libcairo2-dev libfreetype-dev libfontconfig-dev fonts-liberation2
+  libharfbuzz-dev libfribidi-dev fonts-noto-core fonts-droid-fallback
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  poppler-utils python3 libqpdf-dev
+  poppler-utils python3 libqpdf-dev libharfbuzz-bin
   python3-dev python3-pybind11 python3-setuptools python3-pip python3-pytest python3-jsonschema
 )
 # Extra groups, asked for by name: "cups" (print-queue tests), "browser" (web demo test), "fuzz" (clang + sanitizers).
