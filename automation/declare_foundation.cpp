@@ -20,7 +20,8 @@ void DeclareCompanyClasses(TypeLibrary& library) {
       .Method("SetCompanyInfo", &ClassCompanyInfo::SetCompanyInfo,
               {"CompanyName", "Address1", "Address2", "Address3", "City", "Country", "phone", "Email",
                "Fax", "Website", "DefaultCurrencySign", "DefaultCurrencyName"})
-      .Method("SetTopMargin", &ClassCompanyInfo::SetTopMargin, {"margin"});
+      .Method("SetTopMargin", &ClassCompanyInfo::SetTopMargin, {"margin"})
+      .Method("SetLogo", &ClassCompanyInfo::SetLogo, {"path"});
 }
 
 void DeclareSurfaceClasses(TypeLibrary& library) {

@@ -58,7 +58,11 @@ void DeclareInvoiceClasses(TypeLibrary& library) {
       .Field("Total", &Inv::Total)
       .Method("AddItem", &Inv::AddItem, {"item"})
       .Method("AddExpense", &Inv::AddExpense, {"item"})
-      .Get<Items>("InvoiceItems", [](Inv& i) { return i.InvoiceItems(); });
+      .Get<Items>("InvoiceItems", [](Inv& i) { return i.InvoiceItems(); })
+      // Added after every earlier member, so hosts bound to the earlier interface see no change.
+      .Field("QRCode", &Inv::QRCode)
+      .Method("SetZatcaQR", &Inv::SetZatcaQR,
+              {"SellerName", "VATNumber", "Timestamp", "TotalWithVAT", "VATTotal"});
 
   ClassBuilder<Item>(library, "ClassInvoiceItem")
       .Field("ItemName", &Item::ItemName)

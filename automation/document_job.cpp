@@ -128,7 +128,7 @@ void ApplyCompany(const json& company) {
   const MemberInfo& set = *info.cls->Find("SetCompanyInfo", MemberKind::Method);
   std::vector<Variant> args(set.params.size(), Variant(std::string()));
   for (const auto& [name, value] : company.items()) {
-    if (name == "TopMargin") continue;
+    if (name == "TopMargin" || name == "Logo") continue;
     size_t i = 0;
     while (i < set.params.size() && set.params[i].name != name) ++i;
     if (i == set.params.size()) Raise(err::kNotSupported, "company." + name + ": not a company field" + DidYouMean(name, CompanyFields()));
@@ -139,6 +139,10 @@ void ApplyCompany(const json& company) {
     std::vector<Variant> margin{ToVariant(company["TopMargin"], TypeRef{TypeKind::Long}, "company.TopMargin")};
     CallMethod(info, "SetTopMargin", margin);
   }
+  // The logo belongs to the document's company like its texts: a company without one has none.
+  std::vector<Variant> logo{company.contains("Logo") ? ToVariant(company["Logo"], TypeRef{TypeKind::String}, "company.Logo")
+                                                     : Variant(std::string())};
+  CallMethod(info, "SetLogo", logo);
 }
 
 // Arguments of a print routine, matched by parameter name.
@@ -192,6 +196,7 @@ std::vector<std::string> CompanyFields() {
   std::vector<std::string> fields;
   for (const ParamInfo& p : set.params) fields.push_back(p.name);
   fields.push_back("TopMargin");
+  fields.push_back("Logo");
   return fields;
 }
 

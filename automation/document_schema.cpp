@@ -35,7 +35,8 @@ json CompanySchema() {
   json properties = json::object();
   for (const std::string& field : CompanyFields()) properties[field] = {{"type", "string"}};
   properties["TopMargin"] = {{"type", "number"}};
-  return {{"type", "object"}, {"description", "SetCompanyInfo's texts and SetTopMargin"},
+  properties["Logo"] = {{"type", "string"}, {"description", "a PNG or JPEG file printed at the letterhead's right"}};
+  return {{"type", "object"}, {"description", "SetCompanyInfo's texts, SetTopMargin and SetLogo"},
           {"properties", properties}, {"additionalProperties", false}};
 }
 

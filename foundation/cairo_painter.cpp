@@ -5,6 +5,7 @@
 #include <cairo-svg.h>
 #include <fontconfig/fontconfig.h>
 
+#include <cmath>
 #include <map>
 #include <mutex>
 
@@ -12,6 +13,8 @@
 #include "foundation/errors.hpp"
 #include "foundation/glyph_runs.hpp"
 #include "foundation/utf8.hpp"
+#include "foundation/qr_code.hpp"
+#include "foundation/raster_image.hpp"
 
 namespace quorvel {
 
@@ -104,6 +107,47 @@ void CairoPainter::operator()(const LineOp& op) {
 void CairoPainter::operator()(const BoxOp& op) {
   cairo_rectangle(cr_, op.x1, op.y1, op.x2 - op.x1, op.y2 - op.y1);
   cairo_stroke(cr_);
+}
+
+void CairoPainter::operator()(const QrOp& op) {
+  const QrMatrix matrix = EncodeQr(op.data);
+  const double side = (matrix.size + 2 * kQrQuietZone) * op.module;
+  cairo_save(cr_);
+  // Modules are squares that must meet edge to edge: no antialiasing seams between them.
+  cairo_set_antialias(cr_, CAIRO_ANTIALIAS_NONE);
+  cairo_set_source_rgb(cr_, 1, 1, 1);
+  cairo_rectangle(cr_, op.x, op.y, side, side);
+  cairo_fill(cr_);
+  cairo_set_source_rgb(cr_, 0, 0, 0);
+  const double origin_x = op.x + kQrQuietZone * op.module, origin_y = op.y + kQrQuietZone * op.module;
+  for (int row = 0; row < matrix.size; ++row)
+    for (int column = 0; column < matrix.size; ++column)
+      if (matrix.Dark(column, row))
+        cairo_rectangle(cr_, origin_x + column * op.module, origin_y + row * op.module, op.module, op.module);
+  cairo_fill(cr_);
+  cairo_restore(cr_);
+}
+
+void CairoPainter::operator()(const ImageOp& op) {
+  const std::shared_ptr<const RasterImage> image = RasterImageFor(op.source);
+  cairo_surface_t* pixels = cairo_image_surface_create(CAIRO_FORMAT_RGB24, image->width, image->height);
+  cairo_surface_flush(pixels);
+  unsigned char* data = cairo_image_surface_get_data(pixels);
+  const int stride = cairo_image_surface_get_stride(pixels);
+  for (int y = 0; y < image->height; ++y) {
+    auto* row = reinterpret_cast<uint32_t*>(data + static_cast<size_t>(y) * stride);
+    const uint8_t* rgb = image->rgb.data() + static_cast<size_t>(y) * image->width * 3;
+    for (int x = 0; x < image->width; ++x)
+      row[x] = (uint32_t{rgb[3 * x]} << 16) | (uint32_t{rgb[3 * x + 1]} << 8) | rgb[3 * x + 2];
+  }
+  cairo_surface_mark_dirty(pixels);
+  cairo_save(cr_);
+  cairo_translate(cr_, std::min(op.x1, op.x2), std::min(op.y1, op.y2));
+  cairo_scale(cr_, std::abs(op.x2 - op.x1) / image->width, std::abs(op.y2 - op.y1) / image->height);
+  cairo_set_source_surface(cr_, pixels, 0, 0);
+  cairo_paint(cr_);
+  cairo_restore(cr_);
+  cairo_surface_destroy(pixels);
 }
 
 void BeginTwipsPage(cairo_t* cr, double scale, double width, double height) {

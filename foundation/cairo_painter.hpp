@@ -21,6 +21,8 @@ class CairoPainter {
   void operator()(const TextOp& op);
   void operator()(const LineOp& op);
   void operator()(const BoxOp& op);
+  void operator()(const QrOp& op);
+  void operator()(const ImageOp& op);
   void operator()(const PageOp&) {}
   void operator()(const EndOp&) {}
 

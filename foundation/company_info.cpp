@@ -37,6 +37,17 @@ std::vector<std::string> LetterheadLines(const CompanyProfile& p) {
 }
 }  // namespace
 
+// The logo stands at the right margin from the company name's top down to the rule under the
+// letterhead, as wide as its proportions make it: nothing of the letterhead moves for it.
+void PrintLogo(Surface& obj, const RasterImage& logo, double top, double rule_y) {
+  constexpr double kGap = 60;  // keeps the picture clear of the rule
+  const double height = rule_y - top - kGap;
+  if (height <= 0) return;
+  const double width = height * logo.width / logo.height;
+  const double right = obj.Width() - 1000;
+  obj.DrawImage(right - width, top, right, top + height, logo.source);
+}
+
 void PrintLetterhead(Surface& obj) {
   const CompanyProfile& p = Profile();
   obj.Print("");
@@ -44,6 +55,7 @@ void PrintLetterhead(Surface& obj) {
   const double saved_size = obj.Font().Size();
   obj.Font().Size(20);
   obj.CurrentX(1000);
+  const double name_top = obj.CurrentY();
   obj.Print(p.CompanyName);
   obj.Font().Size(10);
   obj.CurrentX(1000);
@@ -52,6 +64,7 @@ void PrintLetterhead(Surface& obj) {
     obj.Print(line);
   }
   obj.Line(4, 1000, obj.CurrentY(), obj.Width() - 1000, obj.CurrentY(), 0);
+  if (p.Logo) PrintLogo(obj, *p.Logo, name_top, obj.CurrentY());
   obj.Print("");
   obj.Font().Size(saved_size);
 }
@@ -85,6 +98,10 @@ void ClassCompanyInfo::SetTopMargin(int32_t margin) {
   CompanyProfile& p = ModuleCompanyInfo::Profile();
   p.TopMargin = margin;
   p.BottomReserve = 5500.0 - margin;
+}
+
+void ClassCompanyInfo::SetLogo(std::string path) {
+  ModuleCompanyInfo::Profile().Logo = path.empty() ? nullptr : LoadRasterImage(path);
 }
 
 void StartDocumentHead(Surface& obj, bool printHeader, int blank_lines) {

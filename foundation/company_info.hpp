@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "foundation/raster_image.hpp"
 #include "foundation/surface.hpp"
 
 namespace quorvel {
@@ -14,6 +15,7 @@ struct CompanyProfile {
       Website, DefaultCurrencySign, DefaultCurrencyName;
   double TopMargin = 0;      // y of every document's first line; empty reads as 0
   double BottomReserve = 0;  // height kept free at the page foot; 0 until a ClassCompanyInfo exists
+  std::shared_ptr<const RasterImage> Logo;  // printed at the letterhead's right; none by default
 };
 
 namespace ModuleCompanyInfo {
@@ -34,6 +36,9 @@ class ClassCompanyInfo {
                       std::string DefaultCurrencySign, std::string DefaultCurrencyName);
   // TopMargin = margin; BottomReserve = 5500 − margin, always from 5500.
   void SetTopMargin(int32_t margin);
+  // Reads the PNG or JPEG file now (an unreadable one is an error here, not at print time);
+  // an empty path removes the logo.
+  void SetLogo(std::string path);
 };
 
 // Every document routine starts this way: CurrentY at the top margin, then the letterhead, or

@@ -50,6 +50,15 @@ struct JsonWriter {
   }
   std::string operator()(const LineOp& l) const { return Coordinates("line", l.x1, l.y1, l.x2, l.y2); }
   std::string operator()(const BoxOp& b) const { return Coordinates("box", b.x1, b.y1, b.x2, b.y2); }
+  std::string operator()(const QrOp& q) const {
+    return "{\"op\":\"qr\",\"x\":" + Twips(q.x) + ",\"y\":" + Twips(q.y) + ",\"module\":" + Twips(q.module) +
+           ",\"data\":" + nlohmann::json(q.data).dump() + "}";
+  }
+  std::string operator()(const ImageOp& i) const {
+    std::string box = Coordinates("image", i.x1, i.y1, i.x2, i.y2);
+    box.pop_back();
+    return box + ",\"source\":" + nlohmann::json(i.source).dump() + "}";
+  }
   std::string operator()(const PageOp&) const { return "{\"op\":\"page\"}"; }
   std::string operator()(const EndOp&) const { return "{\"op\":\"end\"}"; }
 };
@@ -70,6 +79,12 @@ DrawOp OpFromJson(const std::string& line) {
       if (kind == "line") return LineOp{x1, y1, x2, y2};
       return BoxOp{x1, y1, x2, y2};
     }
+    if (kind == "qr")
+      return QrOp{j.at("x").get<double>(), j.at("y").get<double>(), j.at("module").get<double>(),
+                  j.at("data").get<std::string>()};
+    if (kind == "image")
+      return ImageOp{j.at("x1").get<double>(), j.at("y1").get<double>(), j.at("x2").get<double>(),
+                     j.at("y2").get<double>(), j.at("source").get<std::string>()};
     if (kind == "page") return PageOp{};
     if (kind == "end") return EndOp{};
     Raise(err::kInvalidArgument, "unknown op \"" + kind + "\"");
@@ -84,6 +99,12 @@ bool operator==(const TextOp& a, const TextOp& b) {
 }
 bool operator==(const LineOp& a, const LineOp& b) {
   return a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2;
+}
+bool operator==(const QrOp& a, const QrOp& b) {
+  return a.x == b.x && a.y == b.y && a.module == b.module && a.data == b.data;
+}
+bool operator==(const ImageOp& a, const ImageOp& b) {
+  return a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2 && a.source == b.source;
 }
 bool operator==(const BoxOp& a, const BoxOp& b) {
   return a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2;

@@ -17,10 +17,15 @@ struct TextOp {
 };
 struct LineOp { double x1 = 0, y1 = 0, x2 = 0, y2 = 0; };  // Line form 4
 struct BoxOp { double x1 = 0, y1 = 0, x2 = 0, y2 = 0; };   // Line form 20, outline only
+// A QR symbol: (x, y) is the top-left corner of its quiet zone, `module` the side of one module
+// in twips; devices encode `data` themselves (level M), so the ops stay readable text.
+struct QrOp { double x = 0, y = 0, module = 0; std::string data; };
+// A picture scaled into the box; `source` names the loaded image (its file).
+struct ImageOp { double x1 = 0, y1 = 0, x2 = 0, y2 = 0; std::string source; };
 struct PageOp {};                                          // NewPage
 struct EndOp {};                                           // EndDoc
 
-using DrawOp = std::variant<TextOp, LineOp, BoxOp, PageOp, EndOp>;
+using DrawOp = std::variant<TextOp, LineOp, BoxOp, QrOp, ImageOp, PageOp, EndOp>;
 using DrawOps = std::vector<DrawOp>;
 
 // One op as a line of the ops format (JSON Lines, twips rounded to 2 decimals), no newline.
@@ -31,6 +36,8 @@ DrawOp OpFromJson(const std::string& line);
 bool operator==(const TextOp&, const TextOp&);
 bool operator==(const LineOp&, const LineOp&);
 bool operator==(const BoxOp&, const BoxOp&);
+bool operator==(const QrOp&, const QrOp&);
+bool operator==(const ImageOp&, const ImageOp&);
 inline bool operator==(const PageOp&, const PageOp&) { return true; }
 inline bool operator==(const EndOp&, const EndOp&) { return true; }
 

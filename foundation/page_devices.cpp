@@ -116,6 +116,8 @@ class SvgDevice : public PageDevice {
     if (auto* t = std::get_if<TextOp>(&op)) t->y += dy;
     if (auto* l = std::get_if<LineOp>(&op)) l->y1 += dy, l->y2 += dy;
     if (auto* b = std::get_if<BoxOp>(&op)) b->y1 += dy, b->y2 += dy;
+    if (auto* q = std::get_if<QrOp>(&op)) q->y += dy;
+    if (auto* i = std::get_if<ImageOp>(&op)) i->y1 += dy, i->y2 += dy;
     return op;
   }
   std::string path_;

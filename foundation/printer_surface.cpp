@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "foundation/errors.hpp"
+#include "foundation/qr_code.hpp"
 
 namespace quorvel {
 
@@ -14,9 +15,14 @@ struct OpBottom {
   double operator()(const TextOp& t) const { return t.y + line_height * t.size; }
   double operator()(const LineOp& l) const { return std::max(l.y1, l.y2); }
   double operator()(const BoxOp& b) const { return std::max(b.y1, b.y2); }
+  double operator()(const QrOp& q) const;
+  double operator()(const ImageOp& i) const { return std::max(i.y1, i.y2); }
   double operator()(const PageOp&) const { return 0; }
   double operator()(const EndOp&) const { return 0; }
 };
+double OpBottom::operator()(const QrOp& q) const {
+  return q.y + (EncodeQr(q.data).size + 2 * kQrQuietZone) * q.module;
+}
 }  // namespace
 
 Paper Paper::Named(const std::string& name) {

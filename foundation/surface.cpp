@@ -7,6 +7,7 @@
 
 #include "foundation/errors.hpp"
 #include "foundation/text_shaping.hpp"
+#include "foundation/qr_code.hpp"
 #include "foundation/utf8.hpp"
 
 namespace quorvel {
@@ -98,6 +99,7 @@ double Surface::TextHeight(std::string_view text) const {
 
 void Surface::Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour) {
   (void)colour;
+  NoteInk(x1, y1, x2, y2);
   if (form == 4) {
     Emit(LineOp{x1, y1, x2, y2});
   } else if (form == 20) {
@@ -107,6 +109,30 @@ void Surface::Line(int16_t form, double x1, double y1, double x2, double y2, int
   }
   x_ = x2;
   y_ = y2;
+}
+
+void Surface::DrawQr(double x, double y, double module, std::string_view data) {
+  if (!(module > 0)) Raise(err::kInvalidArgument, "QR module size " + std::to_string(module));
+  const double side = QrSideModules(data) * module;
+  NoteInk(x, y, x + side, y + side);
+  Emit(QrOp{x, y, module, std::string(data)});
+}
+
+void Surface::DrawImage(double x1, double y1, double x2, double y2, std::string_view source) {
+  NoteInk(x1, y1, x2, y2);
+  Emit(ImageOp{x1, y1, x2, y2, std::string(source)});
+}
+
+void Surface::NoteInk(double x1, double y1, double x2, double y2) {
+  constexpr double kPen = 5;  // half the thin pen: a rule inks a little either side of its line
+  ink_.push_back({std::min(x1, x2) - kPen, std::min(y1, y2) - kPen, std::max(x1, x2) + kPen,
+                  std::max(y1, y2) + kPen});
+}
+
+bool Surface::IsBlank(double x1, double y1, double x2, double y2) const {
+  for (const Ink& ink : ink_)
+    if (ink.x1 < x2 && x1 < ink.x2 && ink.y1 < y2 && y1 < ink.y2) return false;
+  return true;
 }
 
 std::string_view Surface::DrawLines(std::string_view text) {
@@ -119,9 +145,11 @@ std::string_view Surface::DrawLines(std::string_view text) {
       y_ += LineHeight();
     }
     first = false;
-    if (!line.empty()) CheckGlyphs(line);
-    if (!line.empty())
+    if (!line.empty()) {
+      CheckGlyphs(line);
+      NoteInk(x_, y_, x_ + TextWidth(line), y_ + LineHeight());
       Emit(TextOp{x_, y_, font_.Name(), font_.Size(), font_.Bold(), std::string(line)});
+    }
     last = line;
   });
   return last;
@@ -167,6 +195,7 @@ void Surface::CallByName(std::string_view member) {
 
 void Surface::ResetState() {
   x_ = y_ = 0;
+  ink_.clear();
   font_ = SurfaceFont();
   last_warnings_ = std::move(warnings_);
   warnings_.clear();

@@ -61,6 +61,15 @@ class Surface {
   void Print();                               // form 2: next line without drawing
   void PrintSameLine(std::string_view text);  // form 3: draw, stay on the line after the text
 
+  // Marks beside the text: a QR symbol whose quiet zone's top-left corner is (x, y), and a
+  // picture scaled into a box. Neither moves the current position.
+  void DrawQr(double x, double y, double module, std::string_view data);
+  void DrawImage(double x1, double y1, double x2, double y2, std::string_view source);
+
+  // True when nothing drawn on the current page so far (a preview: on any page) touches the
+  // rectangle: where an optional mark may go without covering the document.
+  bool IsBlank(double x1, double y1, double x2, double y2) const;
+
   // Members that not every surface has: the base raises error 438, like a late-bound call of a
   // member the object lacks.
   virtual void NewPage();
@@ -79,7 +88,10 @@ class Surface {
   // Back to the start state of a document: (0, 0), Arial 10 pt, not bold. The text warnings
   // collected so far become the last document's.
   void ResetState();
-  void ResetPosition() { x_ = y_ = 0; }
+  void ResetPosition() {
+    x_ = y_ = 0;
+    ink_.clear();
+  }
 
  private:
   // Draws each CRLF line (empty ones draw nothing); returns the last line.
@@ -87,9 +99,16 @@ class Surface {
   // Records (or, in strict mode, raises) the characters of `line` that no installed font has.
   void CheckGlyphs(std::string_view line);
 
+  // The boxes covered by what was drawn on the current page: text boxes, rules, boxes, marks.
+  struct Ink {
+    double x1, y1, x2, y2;
+  };
+  void NoteInk(double x1, double y1, double x2, double y2);
+
   double x_ = 0, y_ = 0;
   SurfaceFont font_;
   std::vector<std::string> warnings_, last_warnings_;
+  std::vector<Ink> ink_;
 };
 
 // Strict text mode, for the whole process: a character that no installed font has is an error

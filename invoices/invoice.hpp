@@ -45,6 +45,8 @@ class ClassInvoice {
   std::string CustomerNote1, CustomerNote2, CustomerNote3;
   std::string subTotal;
   std::string Total;
+  // A QR code's payload, printed on the invoice's last page and on the receipt; empty: none.
+  std::string QRCode;
 
   // Appends the object itself, so later changes by the host show in the printout.
   void AddItem(std::shared_ptr<ClassInvoiceItem> item) { LazyCollection(items_)->Add(std::move(item)); }
@@ -53,6 +55,9 @@ class ClassInvoice {
   const CollectionRef<ClassInvoiceItem>& InvoiceItems() { return LazyCollection(items_); }
   const CollectionRef<ClassInvoiceItem>& OtherExpenses() { return LazyCollection(expenses_); }
   void OtherExpenses(CollectionRef<ClassInvoiceItem> expenses) { expenses_ = std::move(expenses); }
+  // QRCode = the Saudi tax authority's phase-1 record of the five values (Base64 of its TLV).
+  void SetZatcaQR(std::string SellerName, std::string VATNumber, std::string Timestamp,
+                  std::string TotalWithVAT, std::string VATTotal);
 
  private:
   CollectionRef<ClassInvoiceItem> items_;

@@ -8,7 +8,9 @@
 #include "foundation/page_footer.hpp"
 #include "foundation/printer_surface.hpp"
 #include "foundation/runtime.hpp"
+#include "foundation/qr_code.hpp"
 #include "foundation/text_fitting.hpp"
+#include "invoices/invoice_qr.hpp"
 
 namespace quorvel {
 
@@ -44,6 +46,8 @@ void ClassInvoicePrinter::PrintInvoice(Surface& obj, ClassInvoice& invoice, bool
   // Counted first, so a document too long to index fails before anything is drawn.
   const int16_t item_count = Count16(*items, "InvoiceItems");
   const int16_t expense_count = Count16(*expenses, "OtherExpenses");
+  // A code that cannot be encoded fails the document before anything is drawn, not half of it.
+  if (!invoice.QRCode.empty()) QrSideModules(invoice.QRCode);
   obj.Font().Size(10);
   obj.Font().Name("Arial");
 
@@ -74,6 +78,9 @@ void ClassInvoicePrinter::PrintInvoice(Surface& obj, ClassInvoice& invoice, bool
   PrintTotals(obj, invoice);
   PrintNotesAndWords(obj, invoice);
   if (invoice.PrintFooter) PrintSignatures(obj, invoice);
+  // Last, when every text of the page is down: the code goes only where nothing was printed.
+  if (!invoice.QRCode.empty())
+    PrintInvoiceQr(obj, invoice.QRCode, obj.Width() - Int(obj.Width() / 3) - 300, PageLimit(obj));
   IgnoreErrors([&] { obj.EndDoc(); });
 }
 

@@ -4,7 +4,9 @@
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
+#include "foundation/qr_code.hpp"
 #include "foundation/text_fitting.hpp"
+#include "invoices/invoice_qr.hpp"
 #include "receipts/margin_value.hpp"
 #include "receipts/receipt_clock.hpp"
 
@@ -162,6 +164,7 @@ void Slip::Totals(ClassInvoice& receipt) {
   // The messages start at the left edge, where the previous line left the pen.
   if (!receipt.CustomerNote1.empty()) PrintLine(receipt.CustomerNote1);
   if (!receipt.CustomerNote2.empty()) PrintLine(receipt.CustomerNote2);
+  if (!receipt.QRCode.empty()) Do([&] { PrintReceiptQr(obj_, receipt.QRCode, kSlipWidth); });
   PrintLine("\r\n");  // feed before the tear-off
   PrintLine("");
   PrintLine("");
@@ -193,6 +196,8 @@ void ReceiptPrinter::PrintIt(ClassInvoice& receipt) {
 }
 
 void ReceiptPrinter::PrintReceipt(Surface& obj, ClassInvoice& receipt) {
+  // A tax code that cannot be printed is refused before the slip starts, not skipped silently.
+  if (!receipt.QRCode.empty()) QrSideModules(receipt.QRCode);
   Slip slip(obj, *this);
   slip.Head(receipt);
   slip.Items(receipt);

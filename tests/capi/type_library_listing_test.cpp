@@ -59,7 +59,7 @@ const std::vector<std::string> kClasses = {
 // Each class's members: data-model properties first, then the interface's members, each name
 // where it is first listed.
 std::vector<std::string> DocumentedMembers(const std::string& cls) {
-  if (cls == "ClassCompanyInfo") return {"SetCompanyInfo", "SetTopMargin"};
+  if (cls == "ClassCompanyInfo") return {"SetCompanyInfo", "SetTopMargin", "SetLogo"};  // the logo came later, at the end
   if (cls == "ClassVoucher")
     return {"Amount", "SumofAmount", "Number", "ReceiptDate", "PayeeName", "ChequeNumber", "Bank", "ChequeDate",
             "PaymentMethod", "Notes", "AddPayment", "Count", "payment", "Remove", "Clear", "Payments", "AddItem"};
@@ -75,7 +75,8 @@ std::vector<std::string> DocumentedMembers(const std::string& cls) {
                  {"hasShipping", "hasBilling", "InvoiceDate", "currencySign", "InvoiceNumber", "EmployeeName",
                   "HasDiscount", "DiscountPercent", "DiscountTitle", "InvoiceDiscount"},
                  Numbered("CustomerNote", 1, 3),
-                 {"OtherExpenses", "subTotal", "Total", "AddItem", "AddExpense", "InvoiceItems"}});
+                 {"OtherExpenses", "subTotal", "Total", "AddItem", "AddExpense", "InvoiceItems",
+                  "QRCode", "SetZatcaQR"}});  // the QR members came later, after all the others
   if (cls == "ClassInvoiceItem") return {"ItemName", "Quantity", "UnitPrice", "Total", "Description", "Unit", "PKG"};
   if (cls == "ClassInvoicePrinter")
     return {"printItemsTable", "printLPONumber", "PreviewCollection", "PrintSalesReceipt", "PrintInvoiceHeader",

@@ -1,0 +1,97 @@
+// The company logo: read when set (a bad file is an error then), drawn on every page's
+// letterhead at the right margin without moving anything of the letterhead.
+#include <gtest/gtest.h>
+
+#include <cairo.h>
+
+#include <cmath>
+#include <fstream>
+
+#include "foundation/company_info.hpp"
+#include "foundation/preview_surface.hpp"
+#include "foundation/printer_surface.hpp"
+#include "invoices/invoice_printer.hpp"
+#include "support/documents_helpers.hpp"
+
+namespace quorvel::testing {
+namespace {
+
+// A 300 × 100 PNG: the logo's proportions are 3:1.
+std::string MakeLogoPng(const std::string& dir) {
+  const std::string path = dir + "/logo.png";
+  cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 300, 100);
+  cairo_t* cr = cairo_create(image);
+  cairo_set_source_rgb(cr, 0.1, 0.3, 0.7);
+  cairo_paint(cr);
+  cairo_destroy(cr);
+  EXPECT_EQ(cairo_surface_write_to_png(image, path.c_str()), CAIRO_STATUS_SUCCESS);
+  cairo_surface_destroy(image);
+  return path;
+}
+
+std::vector<ImageOp> Images(const DrawOps& ops) {
+  std::vector<ImageOp> images;
+  for (const DrawOp& op : ops)
+    if (auto* image = std::get_if<ImageOp>(&op)) images.push_back(*image);
+  return images;
+}
+
+class Logo : public ::testing::Test {
+ protected:
+  void SetUp() override { ResetProfileWithCompany(); }
+  void TearDown() override { ClassCompanyInfo().SetLogo(""); }
+};
+
+TEST_F(Logo, StandsAtTheRightMarginFromTheNameDownToTheRuleOnEveryPage) {
+  const std::string dir = TempDir("logo");
+  ClassCompanyInfo().SetLogo(MakeLogoPng(dir));
+  ClassInvoice invoice = SampleInvoice();
+  for (int i = 0; i < 70; ++i) invoice.AddItem(MakeItem("ITEM-" + std::to_string(i), "Goods"));
+  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.jsonl"));
+  ClassInvoicePrinter().PrintIt(invoice, true);
+  const DrawOps ops = ReadOpsFile(dir + "/invoice.jsonl");
+  const int pages = SystemPrinter().LastPageCount();
+  ASSERT_GE(pages, 3);
+
+  const std::vector<ImageOp> logos = Images(ops);
+  ASSERT_EQ(logos.size(), static_cast<size_t>(pages));
+  // Letterhead at TopMargin 0: two blank lines at 10 pt, then the name at 20 pt; the rule lies
+  // under the name and the company's two address lines.
+  const double name_top = 2 * LineAt(10);
+  const double rule_y = name_top + LineAt(20) + 2 * LineAt(10);
+  // The ops file keeps twips to two decimals.
+  constexpr double kRounding = 0.006;
+  for (const ImageOp& logo : logos) {
+    EXPECT_NEAR(logo.y1, name_top, kRounding);
+    EXPECT_NEAR(logo.y2, rule_y - 60, kRounding);
+    EXPECT_NEAR(logo.x2, kPageWidth - 1000, kRounding);
+    EXPECT_NEAR(logo.x2 - logo.x1, 3 * (logo.y2 - logo.y1), 4 * kRounding);
+  }
+  int rules_under_letterhead = 0;
+  for (const LineOp& line : Lines(ops))
+    if (std::abs(line.y1 - rule_y) < kRounding && line.x1 == 1000) ++rules_under_letterhead;
+  EXPECT_EQ(rules_under_letterhead, pages);
+}
+
+TEST_F(Logo, AMissingOrBrokenFileIsAnErrorWhenSetNamingIt) {
+  const std::string dir = TempDir("logo-bad");
+  std::string context;
+  EXPECT_EQ(ErrorNumberOf([] { ClassCompanyInfo().SetLogo("/nonexistent/logo.png"); }, &context), 75);
+  EXPECT_NE(context.find("/nonexistent/logo.png"), std::string::npos) << context;
+  std::ofstream(dir + "/fake.png") << "\x89PNG\r\n\x1a\n but not really";
+  EXPECT_EQ(ErrorNumberOf([&] { ClassCompanyInfo().SetLogo(dir + "/fake.png"); }, &context), 75);
+  EXPECT_NE(context.find("fake.png"), std::string::npos) << context;
+  std::ofstream(dir + "/notes.txt") << "plain text";
+  EXPECT_EQ(ErrorNumberOf([&] { ClassCompanyInfo().SetLogo(dir + "/notes.txt"); }, &context), 75);
+  EXPECT_FALSE(ModuleCompanyInfo::Profile().Logo);
+}
+
+TEST_F(Logo, AnInvoiceWithoutALogoDrawsNoImage) {
+  PreviewSurface preview;
+  ClassInvoice invoice = SampleInvoice();
+  ClassInvoicePrinter().PrintInvoice(preview, invoice, true);
+  EXPECT_TRUE(Images(preview.Ops()).empty());
+}
+
+}  // namespace
+}  // namespace quorvel::testing
