@@ -9,6 +9,7 @@
 #include "foundation/page_devices.hpp"
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
+#include "output/escpos/escpos_device.hpp"
 
 namespace quorvel::cli {
 
@@ -28,6 +29,16 @@ int PrintPreview(const DocumentJob& job, const PrinterOutput& output, const Pape
   Report(device->Results(), 1);
   return 0;
 }
+
+// The printer options of the command, on an ESC/POS output; checked before anything is drawn.
+void ApplyEscPosOptions(const PrintOptions& options, PrinterOutput& output) {
+  output.escpos.paper_mm = options.escpos_paper;
+  output.escpos.dpi = options.escpos_dpi;
+  output.escpos.timeout_seconds = options.escpos_timeout;
+  output.escpos.drawer = options.drawer;
+  output.escpos.cut = !options.no_cut;
+  escpos::CheckEscPosOutput(output);
+}
 }  // namespace
 
 int RunPrint(const PrintOptions& options) {
@@ -36,11 +47,15 @@ int RunPrint(const PrintOptions& options) {
   if (options.to_queue) {
     output.kind = PrinterOutput::Kind::Queue;
     output.queue = options.queue;
+  } else if (!options.escpos.empty()) {
+    output.kind = PrinterOutput::Kind::EscPos;
+    output.path = options.escpos;
   } else {
-    if (options.output.empty()) Raise(err::kInvalidArgument, "-o OUT is needed (or --printer)");
+    if (options.output.empty()) Raise(err::kInvalidArgument, "-o OUT is needed (or --printer, or --escpos)");
     output = PrinterOutput::ForPath(options.output);
     CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
   }
+  if (output.kind == PrinterOutput::Kind::EscPos) ApplyEscPosOptions(options, output);
   // Everything is read and checked before anything is drawn.
   const DocumentJob job = LoadDocumentJobFile(options.document);
   if (options.preview) return PrintPreview(job, output, paper);
