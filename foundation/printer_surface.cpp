@@ -81,6 +81,7 @@ void PrinterSurface::EndDoc() {
     FlushPage();
     device_->Finish();
   } catch (...) {
+    end_doc_failure_ = std::current_exception();
     KillDoc();
     throw;
   }

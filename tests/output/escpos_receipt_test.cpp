@@ -45,7 +45,9 @@ void ExpectReceiptFrame(const EscPosJob& job, bool cut, bool drawer) {
   EXPECT_EQ(job.commands.front().name, "ESC @");
   EXPECT_EQ(CountOf(job, "ESC @"), 1);
   for (const EscPosCommand& command : job.commands)
-    if (command.name == "GS v 0") EXPECT_LE(command.args[2], 255) << "a raster block of " << command.args[2] << " rows";
+    if (command.name == "GS v 0") {
+      EXPECT_LE(command.args[2], 255) << "a raster block of " << command.args[2] << " rows";
+    }
   const int blocks = CountOf(job, "GS v 0");
   // At least ceil(rows / 255) blocks (each page starts its own), right after ESC @.
   EXPECT_GE(blocks, (job.picture.Height() + 254) / 255);
