@@ -56,8 +56,10 @@ class FakeNetworkPrinter {
   FakeNetworkPrinter& operator=(const FakeNetworkPrinter&) = delete;
 
   std::string Uri() const { return "tcp://127.0.0.1:" + std::to_string(port_); }
-  // Stops serving and returns the bytes of each connection, in order.
-  std::vector<std::string> Jobs();
+  // Stops serving and returns the bytes of each connection, in order. With `wait_seconds`, first
+  // waits (at most that long) until every expected connection has come and gone, for jobs that
+  // arrive on their own time (through a print queue).
+  std::vector<std::string> Jobs(int wait_seconds = 0);
 
  private:
   void Serve();
@@ -69,6 +71,7 @@ class FakeNetworkPrinter {
   int listener_ = -1;
   int port_ = 0;
   std::atomic<bool> stop_{false};
+  std::atomic<int> taken_{0};
   std::vector<std::string> jobs_;
   std::thread thread_;
 };

@@ -67,7 +67,9 @@ FakeNetworkPrinter::~FakeNetworkPrinter() {
   close(listener_);
 }
 
-std::vector<std::string> FakeNetworkPrinter::Jobs() {
+std::vector<std::string> FakeNetworkPrinter::Jobs(int wait_seconds) {
+  const Clock::time_point end = Clock::now() + std::chrono::seconds(wait_seconds);
+  while (taken_ < connections_ && Clock::now() < end) usleep(20000);
   stop_ = true;
   if (thread_.joinable()) thread_.join();
   return jobs_;
@@ -85,6 +87,7 @@ void FakeNetworkPrinter::Serve() {
     if (connection < 0) continue;
     jobs_.push_back(TakeOne(connection));
     close(connection);  // with bytes unread, this resets the connection, as a printer that fails does
+    ++taken_;
   }
 }
 
