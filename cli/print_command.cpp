@@ -44,6 +44,8 @@ void ApplyEscPosOptions(const PrintOptions& options, PrinterOutput& output) {
 int RunPrint(const PrintOptions& options) {
   const Paper paper = Paper::Named(options.paper);
   PrinterOutput output;
+  if ((options.to_queue ? 1 : 0) + !options.escpos.empty() + !options.output.empty() > 1)
+    Raise(err::kInvalidArgument, "choose one output: -o OUT, --printer or --escpos");
   if (options.to_queue) {
     output.kind = PrinterOutput::Kind::Queue;
     output.queue = options.queue;

@@ -50,9 +50,10 @@ class PrinterSurface : public Surface {
   // What the last completed document produced: pages and files (or queue job).
   int LastPageCount() const { return last_pages_; }
   const std::vector<std::string>& LastResults() const { return last_results_; }
-  // The failure of the last EndDoc, once: a document routine ends its document with errors
-  // ignored, and its PrintIt must still tell the host that nothing was printed.
-  std::exception_ptr TakeEndDocFailure() { return std::exchange(end_doc_failure_, nullptr); }
+  // The last failure to open the output or to end a document, once: a document routine may draw
+  // and end its document with errors ignored, and its PrintIt must still tell the host that
+  // nothing was printed.
+  std::exception_ptr TakeOutputFailure() { return std::exchange(output_failure_, nullptr); }
 
  protected:
   void Emit(DrawOp op) override;
@@ -69,26 +70,26 @@ class PrinterSurface : public Surface {
   int pages_ = 0;
   int last_pages_ = 0;
   std::vector<std::string> last_results_;
-  std::exception_ptr end_doc_failure_;
+  std::exception_ptr output_failure_;
 };
 
 // The process-wide printer that every PrintIt draws on.
 PrinterSurface& SystemPrinter();
 
 // Runs a document routine on the system printer; if it fails, the half-made document is
-// abandoned (no partial file) and the error passes on, as does a failed EndDoc that the routine
-// itself ignored.
+// abandoned (no partial file) and the error passes on, as does an output that could not be opened
+// or finished while the routine ignored errors.
 template <class Routine>
 void PrintOnSystemPrinter(Routine&& routine) {
   PrinterSurface& printer = SystemPrinter();
-  printer.TakeEndDocFailure();  // an earlier document's failure was that document's to report
+  printer.TakeOutputFailure();  // an earlier document's failure was that document's to report
   try {
     routine(printer);
   } catch (...) {
     printer.KillDoc();
     throw;
   }
-  if (std::exception_ptr failure = printer.TakeEndDocFailure()) std::rethrow_exception(failure);
+  if (std::exception_ptr failure = printer.TakeOutputFailure()) std::rethrow_exception(failure);
 }
 
 }  // namespace quorvel

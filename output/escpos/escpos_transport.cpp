@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -175,7 +176,9 @@ Destination ParseDestination(const std::string& text) {
     destination.kind = Destination::Kind::Queue;
     destination.queue = text.substr(7);
   } else {
-    const bool file = text.size() > 7 && text.compare(text.size() - 7, 7, ".escpos") == 0;
+    std::string ending = text.size() > 7 ? text.substr(text.size() - 7) : "";
+    std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
+    const bool file = ending == ".escpos";
     destination.kind = file ? Destination::Kind::File : Destination::Kind::DeviceNode;
     destination.path = text;
   }

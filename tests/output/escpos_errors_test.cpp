@@ -102,6 +102,14 @@ TEST_F(EscPosPrinting, APrinterThatFailsIsError482ThroughEveryEntry) {
     FakeNetworkPrinter stalled(FakeNetworkPrinter::Behaviour::Stall, 0, 3);
     ExpectFailsEverywhere({"time-out", stalled.Uri(), "timed out"}, results_before);
   }
+  {
+    // A raw queue on a scheduler that is not running: refused when the document starts.
+    ScopedEnv env;
+    env.Set("CUPS_SERVER", dir_ + "/no-scheduler.sock");
+    OnFreshThread([&] {
+      ExpectFailsEverywhere({"no scheduler", "cups://Receipts", "cannot be reached"}, results_before);
+    });
+  }
   ExpectFailsEverywhere({"full device", "/dev/full", "No space left on device"}, results_before);
   ExpectFailsEverywhere({"missing device", "/dev/usb/quorvel-no-such-lp", "cannot be opened"}, results_before);
   const std::string plain = dir_ + "/plain-file";

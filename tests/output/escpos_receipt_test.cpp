@@ -12,6 +12,7 @@
 #include "support/documents_helpers.hpp"
 #include "support/escpos_fixture.hpp"
 #include "support/ops_helpers.hpp"
+#include "support/print_queue_helpers.hpp"
 
 namespace quorvel {
 namespace {
@@ -160,8 +161,14 @@ TEST_F(EscPosPrinting, BadOptionsAndDestinationsAreRefusedByName) {
   }
   EXPECT_EQ(quorvel_printer_set_escpos(nullptr, 80, 203, 1, 0, 10, nullptr), 5);
   // The command checks its options before it reads or draws anything.
-  const std::string cli = kQuorvelCommand + " print " + kReceiptSample + " --escpos tcp://127.0.0.1:1 --escpos-paper 76";
-  EXPECT_NE(std::system((cli + " >/dev/null 2>&1").c_str()), 0);
+  const std::string print = kQuorvelCommand + " print " + kReceiptSample;
+  for (const auto& [arguments, named] : {std::pair{" --escpos tcp://127.0.0.1:1 --escpos-paper 76", "76"},
+                                         std::pair{" --escpos tcp:// ", "tcp://HOST"},
+                                         std::pair{" --escpos tcp://127.0.0.1:1 -o x.escpos", "choose one output"}}) {
+    const ShellResult cli = Shell(print + arguments);
+    EXPECT_NE(cli.status, 0) << arguments;
+    EXPECT_TRUE(Contains(cli.output, named)) << cli.output;
+  }
 }
 
 // A document of several A4 pages: one job, the pages one under the other as one strip, each the
