@@ -165,7 +165,7 @@ PrinterOutput PrinterOutput::ForPath(const std::string& path) {
   else if (ending == ".svg") output.kind = Kind::Svg;
   else if (ending == ".jsonl") output.kind = Kind::Ops;
   else if (ending == ".escpos") output.kind = Kind::EscPos;
-  else Raise(err::kInvalidArgument, "output " + path + ": the ending must be .pdf, .png, .svg, .jsonl or .escpos");
+  else Raise(err::kInvalidArgument, "output " + path + ": the ending must be .pdf, .png, .svg or .jsonl, or .escpos for a receipt printer");
   return output;
 }
 
