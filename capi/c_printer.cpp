@@ -6,6 +6,7 @@
 #include "foundation/atomic_file.hpp"
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
+#include "output/escpos/escpos_device.hpp"
 
 namespace capi = quorvel::capi;
 using quorvel::PrinterOutput;
@@ -48,6 +49,18 @@ int32_t quorvel_printer_set_queue(const char* queue, const char* paper) {
     PrinterOutput output;
     output.kind = PrinterOutput::Kind::Queue;
     output.queue = queue ? queue : "";
+    ApplyOutput(output, paper);
+  });
+}
+
+int32_t quorvel_printer_set_escpos(const char* destination, int32_t paper_mm, int32_t dpi, int32_t cut,
+                                   int32_t drawer, int32_t timeout_seconds, const char* paper) {
+  return capi::Guard([&] {
+    PrinterOutput output;
+    output.kind = PrinterOutput::Kind::EscPos;
+    output.path = capi::TextArg(destination, "ESC/POS destination");
+    output.escpos = {paper_mm, dpi, cut != 0, drawer != 0, timeout_seconds};
+    quorvel::escpos::CheckEscPosOutput(output);
     ApplyOutput(output, paper);
   });
 }

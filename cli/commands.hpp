@@ -16,6 +16,13 @@ struct PrintOptions {
   bool to_queue = false;
   std::string queue;
   bool strict = false;  // a character no installed font has is an error, not a warning
+  // A receipt printer speaking ESC/POS: --escpos DESTINATION, or -o NAME.escpos.
+  std::string escpos;
+  int escpos_paper = 80;
+  int escpos_dpi = 203;
+  int escpos_timeout = 10;
+  bool drawer = false;
+  bool no_cut = false;
 };
 
 // Prints one document; reports what was written. Returns the process exit code.

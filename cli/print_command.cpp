@@ -11,6 +11,7 @@
 #include "cli/glyph_check.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/temp_folder.hpp"
+#include "output/escpos/escpos_device.hpp"
 
 namespace quorvel::cli {
 
@@ -61,19 +62,35 @@ void CheckGlyphs(const PrintOptions& options, const std::string& stdin_text) {
   for (const std::string& field : fields)
     std::cerr << "quorvel: warning: no installed font has " << field << " (drawn as boxes)\n";
 }
+
+// The printer options of the command, on an ESC/POS output; checked before anything is drawn.
+void ApplyEscPosOptions(const PrintOptions& options, PrinterOutput& output) {
+  output.escpos.paper_mm = options.escpos_paper;
+  output.escpos.dpi = options.escpos_dpi;
+  output.escpos.timeout_seconds = options.escpos_timeout;
+  output.escpos.drawer = options.drawer;
+  output.escpos.cut = !options.no_cut;
+  escpos::CheckEscPosOutput(output);
+}
 }  // namespace
 
 int RunPrint(const PrintOptions& options) {
   const Paper paper = Paper::Named(options.paper);
   PrinterOutput output;
+  if ((options.to_queue ? 1 : 0) + !options.escpos.empty() + !options.output.empty() > 1)
+    Raise(err::kInvalidArgument, "choose one output: -o OUT, --printer or --escpos");
   if (options.to_queue) {
     output.kind = PrinterOutput::Kind::Queue;
     output.queue = options.queue;
+  } else if (!options.escpos.empty()) {
+    output.kind = PrinterOutput::Kind::EscPos;
+    output.path = options.escpos;
   } else if (options.output.empty()) {
-    Raise(err::kInvalidArgument, "-o OUT is needed (or --printer)");
+    Raise(err::kInvalidArgument, "-o OUT is needed (or --printer, or --escpos)");
   } else if (options.output != "-") {
     output = FileOutput(options.output);
   }
+  if (output.kind == PrinterOutput::Kind::EscPos) ApplyEscPosOptions(options, output);
   // Everything is read and checked before anything is drawn.
   std::string stdin_text;
   const DocumentJob job = LoadJob(options.document, stdin_text);

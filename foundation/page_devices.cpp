@@ -9,6 +9,7 @@
 #include "foundation/atomic_file.hpp"
 #include "foundation/cairo_painter.hpp"
 #include "foundation/errors.hpp"
+#include "output/escpos/escpos_device.hpp"
 
 namespace quorvel {
 
@@ -165,7 +166,8 @@ PrinterOutput PrinterOutput::ForPath(const std::string& path) {
   else if (ending == ".png") output.kind = Kind::Png;
   else if (ending == ".svg") output.kind = Kind::Svg;
   else if (ending == ".jsonl") output.kind = Kind::Ops;
-  else Raise(err::kInvalidArgument, "output " + path + ": the ending must be .pdf, .png, .svg or .jsonl");
+  else if (ending == ".escpos") output.kind = Kind::EscPos;
+  else Raise(err::kInvalidArgument, "output " + path + ": the ending must be .pdf, .png, .svg or .jsonl, or .escpos for a receipt printer");
   return output;
 }
 
@@ -184,6 +186,7 @@ std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output) {
     case PrinterOutput::Kind::Queue:
       if (!QueueFactory()) Raise(err::kInvalidArgument, "printing to a queue is not available here");
       return QueueFactory()(output);
+    case PrinterOutput::Kind::EscPos: return escpos::OpenEscPosDevice(output);
   }
   Raise(err::kInvalidArgument, "unknown printer output");
 }

@@ -10,15 +10,25 @@
 
 namespace quorvel {
 
+// A thermal receipt printer speaking ESC/POS: its paper, resolution and what ends each job.
+struct EscPosOptions {
+  int paper_mm = 80;         // roll width: 80 (576 dots at 203 dpi) or 58 (384 dots)
+  int dpi = 203;             // 203 or 180
+  bool cut = true;           // partial cut after the feed
+  bool drawer = false;       // pulse the cash drawer
+  int timeout_seconds = 10;  // for reaching and writing to the printer
+};
+
 // What the host chose for the printer's output.
 struct PrinterOutput {
-  enum class Kind { Pdf, Png, Svg, Ops, Queue };
+  enum class Kind { Pdf, Png, Svg, Ops, Queue, EscPos };
   Kind kind = Kind::Pdf;
   std::string path = "quorvel-print.pdf";  // file devices; PNG pages are PATH-1.png, PATH-2.png, …
   std::string queue;                       // print queue name, empty for the default destination
   std::string pdf_creation_date;           // fixed "YYYY-MM-DDThh:mm:ss" for repeatable PDFs
+  EscPosOptions escpos;                    // Kind::EscPos; `path` is NAME.escpos, tcp://, cups:// or a device
 
-  // The device kind from the path's ending: .pdf, .png, .svg, .jsonl; anything else raises.
+  // The device kind from the path's ending: .pdf, .png, .svg, .jsonl, .escpos; anything else raises.
   static PrinterOutput ForPath(const std::string& path);
 };
 

@@ -46,7 +46,12 @@ void PrinterSurface::SetOutput(const PrinterOutput& output) {
 
 void PrinterSurface::StartDocumentIfNeeded() {
   if (device_) return;
-  device_ = OpenDevice(output_);
+  try {
+    device_ = OpenDevice(output_);
+  } catch (...) {
+    output_failure_ = std::current_exception();
+    throw;
+  }
   pages_ = 0;
 }
 
@@ -87,6 +92,7 @@ void PrinterSurface::EndDoc() {
     FlushPage();
     device_->Finish();
   } catch (...) {
+    output_failure_ = std::current_exception();
     KillDoc();
     throw;
   }

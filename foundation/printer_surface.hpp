@@ -1,8 +1,10 @@
 // The printer: draws page by page onto a device, and the one process-wide system printer.
 #pragma once
 
+#include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/page_devices.hpp"
@@ -48,6 +50,10 @@ class PrinterSurface : public Surface {
   // What the last completed document produced: pages and files (or queue job).
   int LastPageCount() const { return last_pages_; }
   const std::vector<std::string>& LastResults() const { return last_results_; }
+  // The last failure to open the output or to end a document, once: a document routine may draw
+  // and end its document with errors ignored, and its PrintIt must still tell the host that
+  // nothing was printed.
+  std::exception_ptr TakeOutputFailure() { return std::exchange(output_failure_, nullptr); }
 
  protected:
   void Emit(DrawOp op) override;
@@ -64,22 +70,26 @@ class PrinterSurface : public Surface {
   int pages_ = 0;
   int last_pages_ = 0;
   std::vector<std::string> last_results_;
+  std::exception_ptr output_failure_;
 };
 
 // The process-wide printer that every PrintIt draws on.
 PrinterSurface& SystemPrinter();
 
 // Runs a document routine on the system printer; if it fails, the half-made document is
-// abandoned (no partial file) and the error passes on.
+// abandoned (no partial file) and the error passes on, as does an output that could not be opened
+// or finished while the routine ignored errors.
 template <class Routine>
 void PrintOnSystemPrinter(Routine&& routine) {
   PrinterSurface& printer = SystemPrinter();
+  printer.TakeOutputFailure();  // an earlier document's failure was that document's to report
   try {
     routine(printer);
   } catch (...) {
     printer.KillDoc();
     throw;
   }
+  if (std::exception_ptr failure = printer.TakeOutputFailure()) std::rethrow_exception(failure);
 }
 
 }  // namespace quorvel

@@ -90,12 +90,25 @@ int32_t quorvel_last_error(int32_t* number, const char** message);
 int32_t quorvel_system_printer(quorvel_object** printer);
 
 /* Where the system printer's next documents go: a file ending in .pdf, .png (one file per page),
-   .svg or .jsonl (drawing operations); paper "a4", "letter" or "roll" (NULL keeps the paper). */
+   .svg, .jsonl (drawing operations) or .escpos (a receipt printer's bytes, with the options of
+   quorvel_printer_set_escpos at their defaults); paper "a4", "letter" or "roll" (NULL keeps the
+   paper). */
 int32_t quorvel_printer_set_output(const char* path, const char* paper);
 
 /* Sends the system printer's next documents to a print queue, as PDF print jobs: the default
    destination when queue is NULL or "", else the queue of that name. */
 int32_t quorvel_printer_set_queue(const char* queue, const char* paper);
+
+/* Sends the system printer's next documents to a thermal receipt printer speaking ESC/POS: each
+   page as a raster image the width of the roll, then a feed and, when cut is non-zero, a partial
+   cut; a non-zero drawer adds the cash-drawer pulse. destination: "tcp://HOST" or
+   "tcp://HOST:PORT" (port 9100 when none is given), a device node such as "/dev/usb/lp0",
+   "cups://QUEUE" for a raw print queue ("cups://" for the default one), or a file NAME.escpos.
+   paper_mm 80 or 58, dpi 203 or 180, timeout_seconds 1 to 3600; paper as for
+   quorvel_printer_set_output. A printer that cannot be reached or does not take the whole job
+   makes the PrintIt fail with error 482. */
+int32_t quorvel_printer_set_escpos(const char* destination, int32_t paper_mm, int32_t dpi, int32_t cut,
+                                   int32_t drawer, int32_t timeout_seconds, const char* paper);
 
 /* Ends the document in progress on the system printer (for routines that leave it to the host,
    such as ClassCheckPrinter.PrintChecks). Does nothing when no document is open. */

@@ -13,9 +13,7 @@ namespace quorvel::print_queue {
 
 namespace {
 
-[[noreturn]] void PrinterError(const std::string& context) {
-  throw AutomationError(kPrinterError, "Printer error", context);
-}
+[[noreturn]] void PrinterError(const std::string& context) { RaisePrinterError(context); }
 
 std::string Scheduler() { return cupsServer(); }
 
@@ -49,22 +47,47 @@ void CancelJob(const std::string& queue, int job) noexcept {
                cupsLastErrorString() + "; the job was cancelled");
 }
 
+// Streams one document into the job: `next` fills a buffer and returns how much it put there, 0
+// at the end.
+template <class Next>
+void StreamDocument(http_t* http, const std::string& queue, int job, const char* name, const char* format, Next&& next) {
+  if (cupsStartDocument(http, queue.c_str(), job, name, format, 1) != HTTP_STATUS_CONTINUE)
+    SendFailed(queue, job, "starting the document");
+  std::array<char, 65536> buffer;
+  while (const size_t n = next(buffer)) {
+    if (cupsWriteRequestData(http, buffer.data(), n) != HTTP_STATUS_CONTINUE) SendFailed(queue, job, "sending the pages");
+  }
+  if (cupsFinishDocument(http, queue.c_str()) != IPP_STATUS_OK) SendFailed(queue, job, "closing the document");
+}
+
 void SendDocument(http_t* http, const std::string& queue, int job, const std::string& pdf_path) {
   std::ifstream in(pdf_path, std::ios::binary);
   if (!in) PrinterError("the rendered document " + pdf_path + " cannot be read; job " + queue + "-" +
                         std::to_string(job) + " was cancelled");
-  if (cupsStartDocument(http, queue.c_str(), job, "document.pdf", CUPS_FORMAT_PDF, 1) != HTTP_STATUS_CONTINUE)
-    SendFailed(queue, job, "starting the document");
-  std::array<char, 65536> buffer;
-  while (in) {
+  StreamDocument(http, queue, job, "document.pdf", CUPS_FORMAT_PDF, [&](std::array<char, 65536>& buffer) -> size_t {
     in.read(buffer.data(), buffer.size());
-    const std::streamsize n = in.gcount();
-    if (n > 0 && cupsWriteRequestData(http, buffer.data(), static_cast<size_t>(n)) != HTTP_STATUS_CONTINUE)
-      SendFailed(queue, job, "sending the pages");
+    if (in.bad()) PrinterError("reading the rendered document " + pdf_path + " failed; job " + queue + "-" +
+                               std::to_string(job) + " was cancelled");
+    return static_cast<size_t>(in.gcount());
+  });
+}
+
+// Creates the job and runs `send` on it; a failure after creation cancels the job.
+template <class Send>
+int SubmitJob(const std::string& queue, const std::string& title, const std::string& media, Send&& send) {
+  Connection connection;
+  cups_option_t* options = nullptr;
+  int count = media.empty() ? 0 : cupsAddOption("media", media.c_str(), 0, &options);
+  const int job = cupsCreateJob(connection.Get(), queue.c_str(), title.c_str(), count, options);
+  cupsFreeOptions(count, options);
+  if (job <= 0) PrinterError("print queue \"" + queue + "\" refused the job: " + cupsLastErrorString());
+  try {
+    send(connection.Get(), job);
+  } catch (...) {
+    CancelJob(queue, job);  // on a fresh connection: this one may be stuck in the failed request
+    throw;
   }
-  if (in.bad()) PrinterError("reading the rendered document " + pdf_path + " failed; job " + queue + "-" +
-                             std::to_string(job) + " was cancelled");
-  if (cupsFinishDocument(http, queue.c_str()) != IPP_STATUS_OK) SendFailed(queue, job, "closing the document");
+  return job;
 }
 
 }  // namespace
@@ -95,19 +118,22 @@ std::string MediaName(double width, double height) {
 
 int SubmitPdf(const std::string& queue, const std::string& pdf_path, const std::string& title,
               const std::string& media) {
-  Connection connection;
-  cups_option_t* options = nullptr;
-  int count = media.empty() ? 0 : cupsAddOption("media", media.c_str(), 0, &options);
-  const int job = cupsCreateJob(connection.Get(), queue.c_str(), title.c_str(), count, options);
-  cupsFreeOptions(count, options);
-  if (job <= 0) PrinterError("print queue \"" + queue + "\" refused the job: " + cupsLastErrorString());
-  try {
-    SendDocument(connection.Get(), queue, job, pdf_path);
-  } catch (...) {
-    CancelJob(queue, job);  // on a fresh connection: this one may be stuck in the failed request
-    throw;
-  }
-  return job;
+  return SubmitJob(queue, title, media, [&](http_t* http, int job) { SendDocument(http, queue, job, pdf_path); });
+}
+
+int SubmitRaw(const std::string& queue, const std::string& data, const std::string& title) {
+  return SubmitJob(queue, title, "", [&](http_t* http, int job) {
+    size_t offset = 0;
+    StreamDocument(http, queue, job, "receipt.escpos", CUPS_FORMAT_RAW, [&](std::array<char, 65536>& buffer) {
+      const size_t n = data.copy(buffer.data(), buffer.size(), offset);
+      offset += n;
+      return n;
+    });
+  });
+}
+
+void RaisePrinterError(const std::string& context) {
+  throw AutomationError(kPrinterError, "Printer error", context);
 }
 
 }  // namespace quorvel::print_queue

@@ -1,12 +1,16 @@
 // Talking to the CUPS scheduler: finding a destination and sending a finished PDF as one print job.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace quorvel::print_queue {
 
 // The runtime's error number for a printer that cannot take a document.
 constexpr int32_t kPrinterError = 482;
+
+// Raises the printer error with `context` saying what went wrong.
+[[noreturn]] void RaisePrinterError(const std::string& context);
 
 // The queue's name: `wanted`, or the default destination when `wanted` is empty. Raises the
 // printer error when the scheduler cannot be reached, the queue does not exist or it is not
@@ -19,6 +23,11 @@ std::string FindQueue(const std::string& wanted);
 // stays queued.
 int SubmitPdf(const std::string& queue, const std::string& pdf_path, const std::string& title,
               const std::string& media = "");
+
+// Creates a job on `queue` and sends `data` as one document of the raw format: the queue passes
+// the bytes to its printer untouched (ESC/POS jobs). Returns the job id; cancels the job when
+// the bytes cannot be sent whole.
+int SubmitRaw(const std::string& queue, const std::string& data, const std::string& title);
 
 // The PWG media name of a page `width` × `height` twips ("iso_a4_210x297mm", "na_letter_8.5x11in",
 // or a custom size).
