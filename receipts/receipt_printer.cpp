@@ -193,6 +193,9 @@ void ReceiptPrinter::PrintIt(ClassInvoice& receipt) {
 }
 
 void ReceiptPrinter::PrintReceipt(Surface& obj, ClassInvoice& receipt) {
+  // Checked before the first statement, outside the ignored errors: a slip too long to index is
+  // refused whole rather than printed without its lines.
+  Count16(*receipt.InvoiceItems(), "InvoiceItems");
   Slip slip(obj, *this);
   slip.Head(receipt);
   slip.Items(receipt);
