@@ -32,10 +32,7 @@ constexpr double kColumnEdges[] = {2500, 4000, 6301, 7801, 9301};
 
 void ClassCheckPrinter::printHeader(Surface& surface, bool print_header) {
   StartDocumentHead(surface, print_header);
-  surface.CurrentX(1000);
-  surface.Font().Size(24);
-  surface.Print("Post-Dated Cheques");
-  surface.Font().Size(10);
+  PrintDocumentTitle(surface, "Post-Dated Cheques");
   surface.Print("");
 }
 

@@ -58,11 +58,7 @@ ClassDeliveryNotePrinter::HeaderMarks ClassDeliveryNotePrinter::PrintHead(Surfac
                                                                           bool printHeader) {
   HeaderMarks marks;
   StartDocumentHead(surface, printHeader);
-  const double y0 = surface.CurrentY();
-  surface.CurrentX(1000);
-  surface.Font().Size(24);
-  surface.Print(note.printTitle);
-  surface.Font().Size(10);
+  const double y0 = PrintDocumentTitle(surface, note.printTitle);
 
   // Number and date block at the right, level with the title: caption line over value line.
   marks.block = PrintNumberDateBlock(surface, y0, note.NumberTitle, note.NoteNumber, note.NoteDate);

@@ -1,4 +1,4 @@
-// Page-number line and right alignment.
+// Document title, page-number line and right alignment.
 #include "foundation/page_footer.hpp"
 
 #include "foundation/company_info.hpp"
@@ -16,6 +16,15 @@ void PrintPageNumber(Surface& surface, int blank_lines, const std::string& label
   surface.Print(label);
   surface.Font().Size(10);
   surface.CurrentY(saved_y);
+}
+
+double PrintDocumentTitle(Surface& surface, const std::string& title) {
+  const double top = surface.CurrentY();
+  surface.CurrentX(1000);
+  surface.Font().Size(24);
+  surface.Print(title);
+  surface.Font().Size(10);
+  return top;
 }
 
 void PrintRightAligned(Surface& surface, double right_edge, const std::string& text) {

@@ -1,4 +1,4 @@
-// Shared pieces of every paged document: the page-number line at the foot, right-aligned amounts.
+// Shared pieces of every paged document: the title, the page-number line at the foot, right-aligned amounts.
 #pragma once
 
 #include <string>
@@ -14,6 +14,10 @@ void PrintPageNumber(Surface& surface, int blank_lines, const std::string& label
 
 // Prints `text` so that it ends at `right_edge`, at the current CurrentY.
 void PrintRightAligned(Surface& surface, double right_edge, const std::string& text);
+
+// Prints a document's title from x 1000 in 24 pt, back to 10 pt after it; returns the y it was
+// printed at, where the blocks level with the title start.
+double PrintDocumentTitle(Surface& surface, const std::string& title);
 
 // The y below which a page holds no more lines: Height − BottomReserve.
 double PageLimit(const Surface& surface);

@@ -38,11 +38,7 @@ ClassInvoicePrinter::HeaderMarks ClassInvoicePrinter::PrintHead(Surface& surface
   // of a host that draws it anyway has always found it.
   HeaderMarks marks = last_marks_;
   StartDocumentHead(surface, printHeader, 12);
-  const double y0 = surface.CurrentY();
-  surface.CurrentX(1000);
-  surface.Font().Size(24);
-  surface.Print(invoice.printTitle);
-  surface.Font().Size(10);
+  const double y0 = PrintDocumentTitle(surface, invoice.printTitle);
 
   marks.block = PrintNumberDateBlock(surface, y0, invoice.NumberTitle, invoice.InvoiceNumber, invoice.InvoiceDate);
 

@@ -78,12 +78,8 @@ ClassStatementPrinter::HeaderMarks ClassStatementPrinter::PrintHead(Surface& sur
   // Without a billing block its box keeps the place an earlier header gave it.
   HeaderMarks marks = last_marks_;
   StartDocumentHead(surface, printHeader);
-  const double header_top = surface.CurrentY();
-  surface.CurrentX(1000);
-  surface.Font().Size(24);
-  surface.Print(statement.printTitle);
   // The date box stands level with the title at the right margin.
-  surface.Font().Size(10);
+  const double header_top = PrintDocumentTitle(surface, statement.printTitle);
   surface.CurrentY(header_top);
   marks.date_box_left = surface.Width() - 1000 - 1500;
   marks.date_box_top = header_top;
