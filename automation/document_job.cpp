@@ -107,8 +107,8 @@ void ApplyCompany(const json& company) {
 }
 
 // The print-call arguments of the job, each already checked against its default's type.
-PrintArguments PrintArgumentsOf(const DocumentJob& job) {
-  PrintArguments arguments;
+PrintCallArguments PrintCallArgumentsOf(const DocumentJob& job) {
+  PrintCallArguments arguments;
   arguments.printHeader = job.arguments.value("printHeader", true);
   arguments.isReceipt = job.arguments.value("isReceipt", false);
   arguments.printTable = job.arguments.value("printTable", true);
@@ -170,7 +170,7 @@ ObjectRef SystemPrinterRef() { return BorrowedSurface(SystemPrinter()); }
 
 void PrintJobOnSystemPrinter(const DocumentJob& job) {
   const DocumentKind& kind = FindDocumentKind(job.type);
-  PrintArguments arguments = PrintArgumentsOf(job);
+  PrintCallArguments arguments = PrintCallArgumentsOf(job);
   PrintOnSystemPrinter([&](Surface& surface) {
     if (kind.print_it) {
       kind.print_it(job.printer.ptr.get(), job.document.ptr.get(), arguments);
@@ -186,7 +186,7 @@ void PrintJobOnSystemPrinter(const DocumentJob& job) {
 
 void PrintJobOnSurface(const DocumentJob& job, Surface& surface) {
   const DocumentKind& kind = FindDocumentKind(job.type);
-  PrintArguments arguments = PrintArgumentsOf(job);
+  PrintCallArguments arguments = PrintCallArgumentsOf(job);
   kind.print_on(job.printer.ptr.get(), job.document.ptr.get(), surface, arguments);
   if (kind.document_class == typeid(void)) IgnoreErrors([&] { surface.EndDoc(); });
 }

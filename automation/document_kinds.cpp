@@ -14,7 +14,7 @@ DocumentKind LetterheadKind() {
   DocumentKind kind;
   kind.type = "letterhead";
   kind.samples = {{"letterhead", ""}};
-  kind.print_on = [](void*, void*, Surface& surface, PrintArguments&) { StartDocumentHead(surface, true); };
+  kind.print_on = [](void*, void*, Surface& surface, PrintCallArguments&) { StartDocumentHead(surface, true); };
   return kind;
 }
 

@@ -82,13 +82,13 @@ void FillInvoice(ClassInvoice& invoice, int lines) {
 // the kind's class (set up by `setup` first when given).
 template <class Printer, class Document>
 std::function<void(Surface&)> KindPrint(const std::string& type, std::shared_ptr<Document> data,
-                                        PrintArguments arguments = {}, void (*setup)(Printer&) = nullptr) {
+                                        PrintCallArguments arguments = {}, void (*setup)(Printer&) = nullptr) {
   if (FindDocumentKind(type).printer_class != typeid(Printer) || FindDocumentKind(type).document_class != typeid(Document))
     Raise(err::kInvalidArgument, "benchmark document " + type + " built with another kind's classes");
   return [type, data, arguments, setup](Surface& surface) {
     Printer printer;
     if (setup) setup(printer);
-    PrintArguments call = arguments;
+    PrintCallArguments call = arguments;
     FindDocumentKind(type).print_on(&printer, data.get(), surface, call);
   };
 }

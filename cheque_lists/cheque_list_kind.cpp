@@ -7,7 +7,7 @@ namespace quorvel {
 DocumentKind ChequeListKind() {
   return MakeDocumentKind<ClassCheckPrinter, ClassStatement>(
       "cheque_list", {{"cheque_list", "Checks"}},
-      [](ClassCheckPrinter& printer, ClassStatement& statement, Surface& surface, PrintArguments& arguments) {
+      [](ClassCheckPrinter& printer, ClassStatement& statement, Surface& surface, PrintCallArguments& arguments) {
         printer.PrintChecks(surface, statement, arguments.printHeader, arguments.printTable, arguments.pageNumber);
       });
 }

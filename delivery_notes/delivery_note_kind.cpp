@@ -7,10 +7,10 @@ namespace quorvel {
 DocumentKind DeliveryNoteKind() {
   return MakeDocumentKind<ClassDeliveryNotePrinter, ClassDeliveryNote>(
       "delivery_note", {{"delivery_note", "Delivery Note"}, {"delivery_note_long", "Delivery Note"}},
-      [](ClassDeliveryNotePrinter& printer, ClassDeliveryNote& note, Surface& surface, PrintArguments& arguments) {
+      [](ClassDeliveryNotePrinter& printer, ClassDeliveryNote& note, Surface& surface, PrintCallArguments& arguments) {
         printer.PrintDeliveryNote(surface, note, arguments.printHeader);
       },
-      [](ClassDeliveryNotePrinter& printer, ClassDeliveryNote& note, const PrintArguments& arguments) {
+      [](ClassDeliveryNotePrinter& printer, ClassDeliveryNote& note, const PrintCallArguments& arguments) {
         printer.PrintIt(note, arguments.printHeader);
       });
 }

@@ -13,7 +13,7 @@ namespace quorvel {
 
 // The arguments a print call may be given by name besides the document: each routine reads the
 // ones it has.
-struct PrintArguments {
+struct PrintCallArguments {
   bool printHeader = true;
   bool isReceipt = false;
   bool printTable = true;
@@ -34,22 +34,22 @@ struct DocumentKind {
   std::type_index printer_class = typeid(void);
   std::vector<DocumentSample> samples;
   // The document routine on a surface of the caller's; the caller ends the document.
-  std::function<void(void* printer, void* document, Surface& surface, PrintArguments& arguments)> print_on;
+  std::function<void(void* printer, void* document, Surface& surface, PrintCallArguments& arguments)> print_on;
   // The host's PrintIt on the system printer; empty when the printer has none.
-  std::function<void(void* printer, void* document, const PrintArguments& arguments)> print_it;
+  std::function<void(void* printer, void* document, const PrintCallArguments& arguments)> print_it;
 };
 
 // Builds a kind from typed routines, so that each folder writes its calls as plain C++.
 template <class Printer, class Document>
 DocumentKind MakeDocumentKind(std::string type, std::vector<DocumentSample> samples,
-                              void (*print_on)(Printer&, Document&, Surface&, PrintArguments&),
-                              void (*print_it)(Printer&, Document&, const PrintArguments&) = nullptr) {
+                              void (*print_on)(Printer&, Document&, Surface&, PrintCallArguments&),
+                              void (*print_it)(Printer&, Document&, const PrintCallArguments&) = nullptr) {
   DocumentKind kind{std::move(type), typeid(Document), typeid(Printer), std::move(samples), {}, {}};
-  kind.print_on = [print_on](void* printer, void* document, Surface& surface, PrintArguments& arguments) {
+  kind.print_on = [print_on](void* printer, void* document, Surface& surface, PrintCallArguments& arguments) {
     print_on(*static_cast<Printer*>(printer), *static_cast<Document*>(document), surface, arguments);
   };
   if (print_it)
-    kind.print_it = [print_it](void* printer, void* document, const PrintArguments& arguments) {
+    kind.print_it = [print_it](void* printer, void* document, const PrintCallArguments& arguments) {
       print_it(*static_cast<Printer*>(printer), *static_cast<Document*>(document), arguments);
     };
   return kind;

@@ -7,10 +7,10 @@ namespace quorvel {
 DocumentKind InvoiceKind() {
   return MakeDocumentKind<ClassInvoicePrinter, ClassInvoice>(
       "invoice", {{"invoice", "Invoice"}},
-      [](ClassInvoicePrinter& printer, ClassInvoice& invoice, Surface& surface, PrintArguments& arguments) {
+      [](ClassInvoicePrinter& printer, ClassInvoice& invoice, Surface& surface, PrintCallArguments& arguments) {
         printer.PrintInvoice(surface, invoice, arguments.printHeader);
       },
-      [](ClassInvoicePrinter& printer, ClassInvoice& invoice, const PrintArguments& arguments) {
+      [](ClassInvoicePrinter& printer, ClassInvoice& invoice, const PrintCallArguments& arguments) {
         printer.PrintIt(invoice, arguments.printHeader);
       });
 }

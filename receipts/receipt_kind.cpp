@@ -7,10 +7,10 @@ namespace quorvel {
 DocumentKind ReceiptKind() {
   return MakeDocumentKind<ReceiptPrinter, ClassInvoice>(
       "receipt", {{"receipt", "Receipt"}},
-      [](ReceiptPrinter& printer, ClassInvoice& receipt, Surface& surface, PrintArguments&) {
+      [](ReceiptPrinter& printer, ClassInvoice& receipt, Surface& surface, PrintCallArguments&) {
         printer.PrintReceipt(surface, receipt);
       },
-      [](ReceiptPrinter& printer, ClassInvoice& receipt, const PrintArguments&) { printer.PrintIt(receipt); });
+      [](ReceiptPrinter& printer, ClassInvoice& receipt, const PrintCallArguments&) { printer.PrintIt(receipt); });
 }
 
 }  // namespace quorvel

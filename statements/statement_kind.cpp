@@ -7,10 +7,10 @@ namespace quorvel {
 DocumentKind StatementKind() {
   return MakeDocumentKind<ClassStatementPrinter, ClassStatement>(
       "statement", {{"statement", "Statement"}},
-      [](ClassStatementPrinter& printer, ClassStatement& statement, Surface& surface, PrintArguments& arguments) {
+      [](ClassStatementPrinter& printer, ClassStatement& statement, Surface& surface, PrintCallArguments& arguments) {
         printer.PrintStatement(surface, statement, arguments.printHeader);
       },
-      [](ClassStatementPrinter& printer, ClassStatement& statement, const PrintArguments& arguments) {
+      [](ClassStatementPrinter& printer, ClassStatement& statement, const PrintCallArguments& arguments) {
         printer.PrintIt(statement, arguments.printHeader);
       });
 }

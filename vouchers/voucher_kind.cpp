@@ -7,10 +7,10 @@ namespace quorvel {
 DocumentKind VoucherKind() {
   return MakeDocumentKind<ClassVoucherPrinter, ClassVoucher>(
       "voucher", {{"voucher", "Voucher"}},
-      [](ClassVoucherPrinter& printer, ClassVoucher& voucher, Surface& surface, PrintArguments& arguments) {
+      [](ClassVoucherPrinter& printer, ClassVoucher& voucher, Surface& surface, PrintCallArguments& arguments) {
         printer.PrintReceiptVoucher(surface, voucher, arguments.printHeader, arguments.isReceipt);
       },
-      [](ClassVoucherPrinter& printer, ClassVoucher& voucher, const PrintArguments& arguments) {
+      [](ClassVoucherPrinter& printer, ClassVoucher& voucher, const PrintCallArguments& arguments) {
         printer.PrintIt(voucher, arguments.printHeader, arguments.isReceipt);
       });
 }
