@@ -4,47 +4,18 @@
 #include <algorithm>
 #include <fstream>
 
+#include "automation/document_kinds.hpp"
 #include "automation/nearest_name.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
+#include "foundation/runtime.hpp"
 
 namespace quorvel {
 
 namespace {
 
 using nlohmann::json;
-
-// Which classes and routines serve each document type.
-struct JobKind {
-  std::string type;
-  std::string document_class;  // empty: no document object
-  std::string printer_class;
-  std::string print_it;  // routine on the system printer; empty: the surface routine, then EndDoc
-  std::string print_on;  // routine taking a surface
-};
-
-const std::vector<JobKind>& Kinds() {
-  static const std::vector<JobKind> kinds = {
-      {"letterhead", "", "", "", ""},
-      {"voucher", "ClassVoucher", "ClassVoucherPrinter", "PrintIt", "PrintReceiptVoucher"},
-      {"invoice", "ClassInvoice", "ClassInvoicePrinter", "PrintIt", "PrintInvoice"},
-      {"delivery_note", "ClassDeliveryNote", "ClassDeliveryNotePrinter", "PrintIt", "PrintDeliveryNote"},
-      {"receipt", "ClassInvoice", "ReceiptPrinter", "PrintIt", "PrintReceipt"},
-      {"statement", "ClassStatement", "ClassStatementPrinter", "PrintIt", "PrintStatement"},
-      {"cheque_list", "ClassStatement", "ClassCheckPrinter", "", "PrintChecks"},
-  };
-  return kinds;
-}
-
-const JobKind& KindOf(const std::string& type) {
-  for (const JobKind& kind : Kinds())
-    if (kind.type == type) return kind;
-  std::string known;
-  for (const JobKind& kind : Kinds()) known += (known.empty() ? "" : ", ") + kind.type;
-  Raise(err::kInvalidArgument, "\"type\": unknown document type \"" + type + "\"" + DidYouMean(type, DocumentTypes()) +
-                                   " (known: " + known + ")");
-}
 
 // The print-call arguments a file may give, with the values used when it does not.
 const json& ArgumentDefaults() {
@@ -145,20 +116,15 @@ void ApplyCompany(const json& company) {
   CallMethod(info, "SetLogo", logo);
 }
 
-// Arguments of a print routine, matched by parameter name.
-std::vector<Variant> ArgumentsFor(const DocumentJob& job, const std::string& routine, const ObjectRef* surface) {
-  const MemberInfo* m = job.printer.cls->Find(routine, MemberKind::Method);
-  if (!m) Raise(err::kNotSupported, job.printer.cls->name + " has no method " + routine);
-  std::vector<Variant> args;
-  for (const ParamInfo& p : m->params) {
-    if (p.type.kind == TypeKind::Surface) args.push_back(surface ? Variant(*surface) : Variant());
-    else if (p.type.kind == TypeKind::Object) args.push_back(Variant(job.document));
-    else args.push_back(ToVariant(job.arguments.value(p.name, json()), p.type, p.name));
-  }
-  return args;
+// The print-call arguments of the job, each already checked against its default's type.
+PrintCallArguments PrintCallArgumentsOf(const DocumentJob& job) {
+  PrintCallArguments arguments;
+  arguments.printHeader = job.arguments.value("printHeader", true);
+  arguments.isReceipt = job.arguments.value("isReceipt", false);
+  arguments.printTable = job.arguments.value("printTable", true);
+  arguments.pageNumber = ToInt16(job.arguments.value("pageNumber", 1.0), "pageNumber");
+  return arguments;
 }
-
-void PrintLetterheadJob(Surface& surface);
 
 }  // namespace
 
@@ -202,7 +168,11 @@ std::vector<std::string> CompanyFields() {
 
 std::vector<DocumentClasses> DocumentTypeClasses() {
   std::vector<DocumentClasses> classes;
-  for (const JobKind& kind : Kinds()) classes.push_back({kind.type, kind.document_class, kind.printer_class});
+  for (const DocumentKind& kind : DocumentKinds()) {
+    const bool has_classes = kind.document_class != typeid(void);  // the letterhead has none
+    classes.push_back({kind.type, has_classes ? ClassNameOf(kind.document_class) : "",
+                       has_classes ? ClassNameOf(kind.printer_class) : ""});
+  }
   return classes;
 }
 
@@ -210,7 +180,7 @@ const json& PrintArguments() { return ArgumentDefaults(); }
 
 std::vector<std::string> DocumentTypes() {
   std::vector<std::string> types;
-  for (const JobKind& kind : Kinds()) types.push_back(kind.type);
+  for (const DocumentKind& kind : DocumentKinds()) types.push_back(kind.type);
   return types;
 }
 
@@ -219,7 +189,7 @@ DocumentJob LoadDocumentJob(const json& description) {
   if (!description.contains("type") || !description["type"].is_string()) WrongType("type", "a document type text");
   DocumentJob job;
   job.type = description["type"].get<std::string>();
-  const JobKind& kind = KindOf(job.type);
+  const DocumentKind& kind = FindDocumentKind(job.type);
   job.arguments = ArgumentDefaults();
   for (const auto& [key, value] : description.items()) {
     if (key == "type" || key == "company" || key == "printer" || key == "document") continue;
@@ -231,9 +201,9 @@ DocumentJob LoadDocumentJob(const json& description) {
     job.arguments[key] = value;
   }
   if (description.contains("company")) ApplyCompany(description["company"]);
-  if (kind.document_class.empty()) return job;
-  job.document = CreateObject(kind.document_class);
-  job.printer = CreateObject(kind.printer_class);
+  if (kind.document_class == typeid(void)) return job;
+  job.document = CreateObject(ClassNameOf(kind.document_class));
+  job.printer = CreateObject(ClassNameOf(kind.printer_class));
   if (description.contains("document")) FillObject(job.document, description["document"], "document");
   if (description.contains("printer")) FillObject(job.printer, description["printer"], "printer");
   return job;
@@ -264,37 +234,26 @@ ObjectRef BorrowedSurface(Surface& surface) {
 ObjectRef SystemPrinterRef() { return BorrowedSurface(SystemPrinter()); }
 
 void PrintJobOnSystemPrinter(const DocumentJob& job) {
-  const JobKind& kind = KindOf(job.type);
-  if (kind.document_class.empty()) {
-    PrintOnSystemPrinter([](Surface& printer) { PrintLetterheadJob(printer); });
-    return;
-  }
-  const ObjectRef printer = SystemPrinterRef();
+  const DocumentKind& kind = FindDocumentKind(job.type);
+  PrintCallArguments arguments = PrintCallArgumentsOf(job);
   PrintOnSystemPrinter([&](Surface& surface) {
-    if (!kind.print_it.empty()) {
-      std::vector<Variant> args = ArgumentsFor(job, kind.print_it, nullptr);
-      CallMethod(job.printer, kind.print_it, args);
-    } else {
-      std::vector<Variant> args = ArgumentsFor(job, kind.print_on, &printer);
-      CallMethod(job.printer, kind.print_on, args);
-      surface.EndDoc();  // this routine leaves ending the document to its caller
+    if (kind.print_it) {
+      kind.print_it(job.printer.ptr.get(), job.document.ptr.get(), arguments);
+      return;
     }
+    kind.print_on(job.printer.ptr.get(), job.document.ptr.get(), surface, arguments);
+    // This routine leaves ending the document to its caller; the letterhead alone ends with
+    // errors ignored, as every document routine does.
+    if (kind.document_class == typeid(void)) return IgnoreErrors([&] { surface.EndDoc(); });
+    surface.EndDoc();
   });
 }
 
 void PrintJobOnSurface(const DocumentJob& job, Surface& surface) {
-  const JobKind& kind = KindOf(job.type);
-  if (kind.document_class.empty()) return PrintLetterheadJob(surface);
-  const ObjectRef ref = BorrowedSurface(surface);
-  std::vector<Variant> args = ArgumentsFor(job, kind.print_on, &ref);
-  CallMethod(job.printer, kind.print_on, args);
+  const DocumentKind& kind = FindDocumentKind(job.type);
+  PrintCallArguments arguments = PrintCallArgumentsOf(job);
+  kind.print_on(job.printer.ptr.get(), job.document.ptr.get(), surface, arguments);
+  if (kind.document_class == typeid(void)) IgnoreErrors([&] { surface.EndDoc(); });
 }
-
-namespace {
-void PrintLetterheadJob(Surface& surface) {
-  StartDocumentHead(surface, true);
-  IgnoreErrors([&] { surface.EndDoc(); });
-}
-}  // namespace
 
 }  // namespace quorvel

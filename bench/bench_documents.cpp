@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "automation/document_kinds.hpp"
 #include "cheque_lists/check_printer.hpp"
 #include "delivery_notes/delivery_note_printer.hpp"
 #include "foundation/cairo_painter.hpp"
@@ -77,12 +78,27 @@ void FillInvoice(ClassInvoice& invoice, int lines) {
   for (int i = 0; i < lines; ++i) invoice.AddItem(Item(i));
 }
 
+// The document routine of `type` as its registration calls it, on a fresh printer object of
+// the kind's class (set up by `setup` first when given).
+template <class Printer, class Document>
+std::function<void(Surface&)> KindPrint(const std::string& type, std::shared_ptr<Document> data,
+                                        PrintCallArguments arguments = {}, void (*setup)(Printer&) = nullptr) {
+  if (FindDocumentKind(type).printer_class != typeid(Printer) || FindDocumentKind(type).document_class != typeid(Document))
+    Raise(err::kInvalidArgument, "benchmark document " + type + " built with another kind's classes");
+  return [type, data, arguments, setup](Surface& surface) {
+    Printer printer;
+    if (setup) setup(printer);
+    PrintCallArguments call = arguments;
+    FindDocumentKind(type).print_on(&printer, data.get(), surface, call);
+  };
+}
+
 BenchDocument Invoice(int lines) {
   auto data = std::make_shared<ClassInvoice>();
   FillInvoice(*data, lines);
   data->AddExpense(Item(7));
   return {"invoice", lines, Paper::A4(),
-          [data](Surface& obj) { ClassInvoicePrinter().PrintInvoice(obj, *data, true); }, data};
+          KindPrint<ClassInvoicePrinter>("invoice", data), data};
 }
 
 BenchDocument Receipt(int lines) {
@@ -91,7 +107,7 @@ BenchDocument Receipt(int lines) {
   data->CustomerNote1 = "Thank You";
   data->CustomerNote2 = "Come Again";
   return {"receipt", lines, Paper::Roll80(),
-          [data](Surface& obj) { ReceiptPrinter().PrintReceipt(obj, *data); }, data};
+          KindPrint<ReceiptPrinter>("receipt", data), data};
 }
 
 BenchDocument DeliveryNote(int lines) {
@@ -108,7 +124,7 @@ BenchDocument DeliveryNote(int lines) {
   note.PrintFooter = true;
   for (int i = 0; i < lines; ++i) note.AddItem(Item(i));
   return {"delivery_note", lines, Paper::A4(),
-          [data](Surface& obj) { ClassDeliveryNotePrinter().PrintDeliveryNote(obj, *data, true); }, data};
+          KindPrint<ClassDeliveryNotePrinter>("delivery_note", data), data};
 }
 
 BenchDocument Voucher(int lines) {
@@ -135,11 +151,8 @@ BenchDocument Voucher(int lines) {
     voucher.AddItem(payment);
   }
   return {"voucher", lines, Paper::A4(),
-          [data](Surface& obj) {
-            ClassVoucherPrinter printer;
-            printer.PrintDetails = true;
-            printer.PrintReceiptVoucher(obj, *data, true, true);
-          },
+          KindPrint<ClassVoucherPrinter>("voucher", data, {.isReceipt = true},
+                                         [](ClassVoucherPrinter& printer) { printer.PrintDetails = true; }),
           data};
 }
 
@@ -186,17 +199,14 @@ BenchDocument Statement(int lines) {
   auto data = std::make_shared<ClassStatement>();
   FillStatement(*data, lines, 0);
   return {"statement", lines, Paper::A4(),
-          [data](Surface& obj) { ClassStatementPrinter().PrintStatement(obj, *data, true); }, data};
+          KindPrint<ClassStatementPrinter>("statement", data), data};
 }
 
 BenchDocument ChequeList(int lines) {
   auto data = std::make_shared<ClassStatement>();
   FillStatement(*data, 0, lines);
   return {"cheque_list", lines, Paper::A4(),
-          [data](Surface& obj) {
-            int16_t page = 1;
-            ClassCheckPrinter().PrintChecks(obj, *data, true, true, page);
-          },
+          KindPrint<ClassCheckPrinter>("cheque_list", data),
           data};
 }
 
@@ -211,8 +221,13 @@ void SetBenchCompany() {
 }
 
 const std::vector<std::string>& DocumentTypeNames() {
-  static const std::vector<std::string> names = {"voucher", "invoice", "delivery_note",
-                                                 "receipt", "statement", "cheque_list"};
+  // Every registered type that prints a document (the letterhead alone has none).
+  static const std::vector<std::string> names = [] {
+    std::vector<std::string> list;
+    for (const DocumentKind& kind : DocumentKinds())
+      if (kind.document_class != typeid(void)) list.push_back(kind.type);
+    return list;
+  }();
   return names;
 }
 

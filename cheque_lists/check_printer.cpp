@@ -1,7 +1,10 @@
-// Cheque-list layout: page head, column headings, one row per cheque, frame, page numbers, total.
+// Cheque-list layout: page head, column headings, one row per cheque and the frame through the
+// page flow, then the total.
 #include "cheque_lists/check_printer.hpp"
 
 #include "foundation/company_info.hpp"
+#include "foundation/font_state.hpp"
+#include "foundation/page_flow.hpp"
 #include "foundation/page_footer.hpp"
 #include "foundation/runtime.hpp"
 #include "foundation/text_fitting.hpp"
@@ -27,123 +30,103 @@ constexpr double kColumnEdges[] = {2500, 4000, 6301, 7801, 9301};
 
 }  // namespace
 
-void ClassCheckPrinter::printHeader(Surface& obj, bool printHeader) {
-  StartDocumentHead(obj, printHeader);
-  obj.CurrentX(1000);
-  obj.Font().Size(24);
-  obj.Print("Post-Dated Cheques");
-  obj.Font().Size(10);
-  obj.Print("");
+void ClassCheckPrinter::printHeader(Surface& surface, bool print_header) {
+  StartDocumentHead(surface, print_header);
+  PrintDocumentTitle(surface, "Post-Dated Cheques");
+  surface.Print("");
 }
 
-void ClassCheckPrinter::PrintItemsHeader(Surface& obj) {
-  const double saved_size = obj.Font().Size();
-  obj.Font().Size(10);
+void ClassCheckPrinter::PrintItemsHeader(Surface& surface) {
+  ScopedFont font(surface);
+  surface.Font().Size(10);
   // The row's y is kept as a whole number, so the headings sit on a rounded y.
-  const int32_t y = ToInt32(obj.CurrentY(), "heading row y");
+  const int32_t y = ToInt32(surface.CurrentY(), "heading row y");
   for (const Heading& h : kHeadings) {
-    obj.CurrentX(ToInt32(h.centre - Int(obj.TextWidth(h.text) / 2), "heading x"));
-    obj.CurrentY(y);
-    obj.Print(h.text);
+    surface.CurrentX(ToInt32(h.centre - Int(surface.TextWidth(h.text) / 2), "heading x"));
+    surface.CurrentY(y);
+    surface.Print(h.text);
   }
-  obj.CurrentX(1000);
-  obj.Line(4, 1000, obj.CurrentY(), obj.Width() - 1000, obj.CurrentY(), 0);
-  obj.Font().Size(saved_size);
+  DrawCaptionRule(surface);
 }
 
-void ClassCheckPrinter::PrintItem(Surface& obj, const ClassCheck& It) {
+void ClassCheckPrinter::PrintItem(Surface& surface, const ClassCheck& item) {
   // Dates end exactly where the neighbouring number starts; a long bank name runs on unfitted.
-  const double y = obj.CurrentY();
-  obj.CurrentX(2500 - obj.TextWidth(It.TransactionDate));
-  obj.Print(It.TransactionDate);
-  obj.CurrentX(2500);
-  obj.CurrentY(y);
-  obj.Print(It.TransactionNum);
-  obj.CurrentX(4000);
-  obj.CurrentY(y);
-  obj.Print(It.Bank);
-  obj.CurrentX(7801 - obj.TextWidth(It.ChqDate));
-  obj.CurrentY(y);
-  obj.Print(It.ChqDate);
-  obj.CurrentX(7801);
-  obj.CurrentY(y);
-  obj.Print(It.ChqNum);
-  obj.CurrentX((obj.Width() - 1000) - obj.TextWidth(It.Amount));
-  obj.CurrentY(y);
-  obj.Print(It.Amount);
+  const double y = surface.CurrentY();
+  surface.CurrentX(2500 - surface.TextWidth(item.TransactionDate));
+  surface.Print(item.TransactionDate);
+  surface.CurrentX(2500);
+  surface.CurrentY(y);
+  surface.Print(item.TransactionNum);
+  surface.CurrentX(4000);
+  surface.CurrentY(y);
+  surface.Print(item.Bank);
+  surface.CurrentX(7801 - surface.TextWidth(item.ChqDate));
+  surface.CurrentY(y);
+  surface.Print(item.ChqDate);
+  surface.CurrentX(7801);
+  surface.CurrentY(y);
+  surface.Print(item.ChqNum);
+  surface.CurrentX((surface.Width() - 1000) - surface.TextWidth(item.Amount));
+  surface.CurrentY(y);
+  surface.Print(item.Amount);
 }
 
-void ClassCheckPrinter::printTable(Surface& obj, double top, bool hasBilling, bool hasShipping,
+void ClassCheckPrinter::printTable(Surface& surface, double top, bool hasBilling, bool hasShipping,
                                    bool hasLPO) {
-  const double right = obj.Width() - 1000;
-  const double bottom = PageLimit(obj);
-  obj.Line(4, 1000, top, right, top, 0);
-  obj.Line(4, 1000, top, 1000, bottom, 0);
-  for (double x : kColumnEdges) obj.Line(4, x, top, x, bottom, 0);
-  obj.Line(4, right, top, right, bottom, 0);
-  obj.Line(4, 1000, bottom, right, bottom, 0);
+  const double right = surface.Width() - 1000;
+  const double bottom = PageLimit(surface);
+  DrawRule(surface, 1000, top, right, top);
+  DrawRule(surface, 1000, top, 1000, bottom);
+  for (double x : kColumnEdges) DrawRule(surface, x, top, x, bottom);
+  DrawRule(surface, right, top, right, bottom);
+  DrawRule(surface, 1000, bottom, right, bottom);
 }
 
-void ClassCheckPrinter::PrintChecks(Surface& obj, ClassStatement& statement, bool printHeader,
-                                    bool printTable, int16_t& pageNumber) {
+void ClassCheckPrinter::PrintChecks(Surface& surface, ClassStatement& statement, bool print_header,
+                                    bool print_frame, int16_t& pageNumber) {
   const Collection<ClassCheck>& checks = *statement.PDCChecks();
-  const int16_t count = Count16(checks, "PDCChecks");
-  obj.Font().Size(10);
-  obj.Font().Name("Arial");
-  const double limit = PageLimit(obj);
-  bool more = true;
-  int16_t i = 1;
-  while (more) {
-    this->printHeader(obj, printHeader);
-    const double top = obj.CurrentY();
-    if (count == 0) more = false;
-    PrintItemsHeader(obj);
-    int rows_on_page = 0;
-    while (i <= count) {
-      more = false;
-      // Equality counts as full. A row that does not fit even on a page with no row yet is
-      // printed anyway (past the foot): another empty page could not take it either.
-      if (!(obj.CurrentY() + obj.TextHeight("W") < limit) && rows_on_page > 0) {
-        more = true;
-        break;
-      }
-      PrintItem(obj, *checks.Item(i));
-      obj.CurrentY(obj.CurrentY() + 100);
-      ++rows_on_page;
-      i = AddInt16(i, 1, "cheque index");
-    }
-    if (printTable) this->printTable(obj, top, false, false, false);
-    const double end = obj.CurrentY();
-    // Four lines down from the foot; the leading blank of the number is part of the label.
-    if (pageNumber > 1 || more) PrintPageNumber(obj, 4, "Page " + SignedText(pageNumber));
-    obj.CurrentY(end);
-    if (!more) break;
-    pageNumber = AddInt16(pageNumber, 1, "page number");
-    if (IsSystemPrinter(obj)) obj.NewPage();
-  }
-  PrintListTotal(obj, statement);
+  const int16_t count = Count16(checks, "PDCChecks");  // before anything is drawn
+  surface.Font().Size(10);
+  surface.Font().Name("Arial");
+
+  PageFlow flow;
+  flow.head = [&] { printHeader(surface, print_header); };
+  flow.captions = [&] { PrintItemsHeader(surface); };
+  LineSection rows;
+  rows.count = count;
+  rows.estimated_height = [&](int32_t) { return surface.TextHeight("W"); };
+  rows.print = [&](int32_t index) { PrintItem(surface, *checks.Item(index)); };
+  flow.sections.push_back(std::move(rows));
+  if (print_frame) flow.frame = [&](double top) { printTable(surface, top, false, false, false); };
+  // A row reaching the foot exactly goes to the next page.
+  flow.fits_at_limit = false;
+  // The leading blank of the number is part of the label ("Page  2").
+  flow.numbering.label = [](int16_t page) { return "Page " + SignedText(page); };
+  flow.first_page = pageNumber;
+  pageNumber = RunPageFlow(surface, flow);
+  PrintListTotal(surface, statement);
 }
 
-void ClassCheckPrinter::PrintListTotal(Surface& obj, ClassStatement& statement) {
-  const double x = obj.Width() - Int(obj.Width() / 3);
-  const double y = PageLimit(obj);
-  obj.CurrentY(y);
-  obj.CurrentX(x);
-  obj.Font().Bold(true);
-  obj.Print("Total:");
-  obj.Font().Bold(false);
-  obj.CurrentY(y);
-  obj.Font().Bold(true);
+void ClassCheckPrinter::PrintListTotal(Surface& surface, ClassStatement& statement) {
+  const double x = surface.Width() - Int(surface.Width() / 3);
+  const double y = PageLimit(surface);
+  surface.CurrentY(y);
+  surface.CurrentX(x);
+  surface.Font().Bold(true);
+  surface.Print("Total:");
+  surface.Font().Bold(false);
+  surface.CurrentY(y);
+  surface.Font().Bold(true);
   const std::string total = statement.PDCTotal + " ";
-  obj.CurrentX((obj.Width() - 1000) - obj.TextWidth(total));
-  obj.Print(total);
-  obj.Print("");
-  obj.Print("");
+  surface.CurrentX((surface.Width() - 1000) - surface.TextWidth(total));
+  surface.Print(total);
+  surface.Print("");
+  surface.Print("");
   // Bold is left on: nothing is printed after the total but the document's end.
 }
 
-std::string ClassCheckPrinter::AdjustedText(Surface& obj, std::string& text, int16_t& length) {
-  return quorvel::AdjustedText(obj, text, length);
+std::string ClassCheckPrinter::AdjustedText(Surface& surface, std::string& text, int16_t& length) {
+  return quorvel::AdjustedText(surface, text, length);
 }
 
 }  // namespace quorvel

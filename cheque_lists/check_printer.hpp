@@ -20,16 +20,17 @@ class ClassCheckPrinter {
 
   // The whole list. pageNumber is the number of the first page and comes back holding the
   // number of the last; the document is left open for the caller to end.
-  void PrintChecks(Surface& obj, ClassStatement& statement, bool printHeader, bool printTable,
+  // `print_frame` draws the frame on every page (the host's printTable argument).
+  void PrintChecks(Surface& surface, ClassStatement& statement, bool print_header, bool print_frame,
                    int16_t& pageNumber);
-  void printHeader(Surface& obj, bool printHeader);
-  void PrintItemsHeader(Surface& obj);
-  void PrintItem(Surface& obj, const ClassCheck& It);
-  void printTable(Surface& obj, double top, bool hasBilling, bool hasShipping, bool hasLPO);
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
+  void printHeader(Surface& surface, bool print_header);
+  void PrintItemsHeader(Surface& surface);
+  void PrintItem(Surface& surface, const ClassCheck& item);
+  void printTable(Surface& surface, double top, bool hasBilling, bool hasShipping, bool hasLPO);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
 
  private:
-  void PrintListTotal(Surface& obj, ClassStatement& statement);
+  void PrintListTotal(Surface& surface, ClassStatement& statement);
 };
 
 }  // namespace quorvel

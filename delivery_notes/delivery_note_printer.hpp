@@ -5,6 +5,7 @@
 #include <string>
 
 #include "delivery_notes/delivery_note.hpp"
+#include "foundation/number_date_block.hpp"
 #include "foundation/surface.hpp"
 
 namespace quorvel {
@@ -13,26 +14,31 @@ class ClassDeliveryNotePrinter {
  public:
   bool printItemsTable = true;
 
-  void PrintDelNoteHeader(Surface& obj, ClassDeliveryNote& delNote, bool printHeader);
-  void PrintDeliveryNote(Surface& obj, ClassDeliveryNote& delNote, bool printHeader);
-  void PrintItemsHeader(Surface& obj);
-  void printTable(Surface& obj, double top);
-  void PrintItem(Surface& obj, ClassInvoiceItem& It, int16_t serialNumber);
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
-  std::string AdjustedText2(Surface& obj, std::string& text, int16_t& length);
-  void PrintIt(ClassDeliveryNote& delNote, bool printHeader);
+  // Where the header put its boxed blocks: the frame is drawn around them.
+  struct HeaderMarks {
+    NumberDateBlock block;
+    double invoice_top = 0;           // top of the "Invoice No." row
+    double invoice_number_x = 0;      // where the invoice number starts (the row's divider)
+  };
+
+  void PrintDelNoteHeader(Surface& surface, ClassDeliveryNote& note, bool printHeader);
+  void PrintDeliveryNote(Surface& surface, ClassDeliveryNote& note, bool printHeader);
+  void PrintItemsHeader(Surface& surface);
+  // The frame around the header the last PrintDelNoteHeader printed.
+  void printTable(Surface& surface, double top);
+  void PrintItem(Surface& surface, ClassInvoiceItem& item, int16_t serialNumber);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
+  std::string AdjustedText2(Surface& surface, std::string& text, int16_t& length);
+  void PrintIt(ClassDeliveryNote& note, bool printHeader);
 
  private:
-  void PrintFooter(Surface& obj, ClassDeliveryNote& delNote);
-  void PrintSignature(Surface& obj, double x, double y, const std::string& caption,
+  HeaderMarks PrintHead(Surface& surface, ClassDeliveryNote& note, bool printHeader);
+  void DrawFrame(Surface& surface, double top, const HeaderMarks& marks);
+  void PrintFooter(Surface& surface, ClassDeliveryNote& note);
+  void PrintSignature(Surface& surface, double x, double y, const std::string& caption,
                       const std::string& name);
 
-  // Where the header put its boxed blocks, for the frame drawn after the lines of each page.
-  struct HeaderMarks {
-    double date_x = 0, number_x = 0;  // left edges of the date and number columns
-    double block_top = 0, caption_bottom = 0;
-    double invoice_top = 0;           // top of the "Invoice No." row
-  } marks_;
+  HeaderMarks last_marks_;  // for a host that calls printTable after PrintDelNoteHeader
 };
 
 }  // namespace quorvel

@@ -1,6 +1,8 @@
 // The sample list and where the sample files are.
 #include "demo/samples.hpp"
 
+#include "automation/document_kinds.hpp"
+
 namespace quorvel::demo {
 
 namespace {
@@ -11,16 +13,13 @@ std::string& Dir() {
 }  // namespace
 
 const std::vector<Sample>& Samples() {
-  static const std::vector<Sample> samples = {
-      {"letterhead", ""},
-      {"voucher", "Voucher"},
-      {"invoice", "Invoice"},
-      {"delivery_note", "Delivery Note"},
-      {"delivery_note_long", "Delivery Note"},
-      {"receipt", "Receipt"},
-      {"statement", "Statement"},
-      {"cheque_list", "Checks"},
-  };
+  // Each document type names its own samples where it is declared.
+  static const std::vector<Sample> samples = [] {
+    std::vector<Sample> list;
+    for (const DocumentKind& kind : DocumentKinds())
+      for (const DocumentSample& sample : kind.samples) list.push_back({sample.file, sample.caption});
+    return list;
+  }();
   return samples;
 }
 

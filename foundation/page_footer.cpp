@@ -1,26 +1,35 @@
-// Page-number line and right alignment.
+// Document title, page-number line and right alignment.
 #include "foundation/page_footer.hpp"
 
 #include "foundation/company_info.hpp"
 
 namespace quorvel {
 
-double PageLimit(const Surface& obj) { return obj.Height() - ModuleCompanyInfo::Profile().BottomReserve; }
+double PageLimit(const Surface& surface) { return surface.Height() - ModuleCompanyInfo::Profile().BottomReserve; }
 
-void PrintPageNumber(Surface& obj, int blank_lines, const std::string& label) {
-  const double saved_y = obj.CurrentY();
-  obj.CurrentY(PageLimit(obj));
-  for (int i = 0; i < blank_lines; ++i) obj.Print("");
-  obj.Font().Size(8);
-  obj.CurrentX(obj.Width() - 1000 - obj.TextWidth("Page xx"));
-  obj.Print(label);
-  obj.Font().Size(10);
-  obj.CurrentY(saved_y);
+void PrintPageNumber(Surface& surface, int blank_lines, const std::string& label) {
+  const double saved_y = surface.CurrentY();
+  surface.CurrentY(PageLimit(surface));
+  for (int i = 0; i < blank_lines; ++i) surface.Print("");
+  surface.Font().Size(8);
+  surface.CurrentX(surface.Width() - 1000 - surface.TextWidth("Page xx"));
+  surface.Print(label);
+  surface.Font().Size(10);
+  surface.CurrentY(saved_y);
 }
 
-void PrintRightAligned(Surface& obj, double right_edge, const std::string& text) {
-  obj.CurrentX(right_edge - obj.TextWidth(text));
-  obj.Print(text);
+double PrintDocumentTitle(Surface& surface, const std::string& title) {
+  const double top = surface.CurrentY();
+  surface.CurrentX(1000);
+  surface.Font().Size(24);
+  surface.Print(title);
+  surface.Font().Size(10);
+  return top;
+}
+
+void PrintRightAligned(Surface& surface, double right_edge, const std::string& text) {
+  surface.CurrentX(right_edge - surface.TextWidth(text));
+  surface.Print(text);
 }
 
 }  // namespace quorvel

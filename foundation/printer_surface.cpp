@@ -117,6 +117,5 @@ PrinterSurface& SystemPrinter() {
   return printer;
 }
 
-bool IsSystemPrinter(const Surface& obj) { return &obj == &SystemPrinter(); }
 
 }  // namespace quorvel

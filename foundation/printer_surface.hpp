@@ -38,6 +38,7 @@ class PrinterSurface : public Surface {
 
   void NewPage() override;
   void EndDoc() override;
+  bool BreaksPages() const override { return true; }
   // Abandons the document in progress: its partial output is removed.
   void KillDoc() noexcept;
 

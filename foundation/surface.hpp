@@ -74,6 +74,9 @@ class Surface {
   // member the object lacks.
   virtual void NewPage();
   virtual void EndDoc();
+  // Whether a document's next page starts a new sheet (a printer) or is drawn over the first
+  // (a preview). Paged documents call NewPage only where this is true.
+  virtual bool BreaksPages() const { return false; }
   // Late-bound call by member name, for members a caller cannot know a surface to have.
   virtual void CallByName(std::string_view member);
 
@@ -118,8 +121,5 @@ bool StrictText();
 
 // "U+0378 U+E0001": the code points of `missing`, for warnings and errors.
 std::string CodePointNames(std::u32string_view missing);
-
-// True when `obj` is the process-wide system printer: only then may a printer call NewPage.
-bool IsSystemPrinter(const Surface& obj);
 
 }  // namespace quorvel

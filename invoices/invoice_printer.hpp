@@ -6,6 +6,8 @@
 #include <string>
 
 #include "foundation/collection.hpp"
+#include "foundation/number_date_block.hpp"
+#include "foundation/page_flow.hpp"
 #include "foundation/surface.hpp"
 #include "invoices/invoice.hpp"
 
@@ -13,6 +15,14 @@ namespace quorvel {
 
 class ClassInvoicePrinter {
  public:
+  // Where the header put its blocks: the frame is drawn around them.
+  struct HeaderMarks {
+    double billing_box_bottom = 0;  // the address boxes hang from the billing caption
+    double shipping_x = 0;
+    NumberDateBlock block;
+    double po_top = 0, po_x = 0, po_caption_bottom = 0, po_value_bottom = 0;
+  };
+
   bool printItemsTable = true;  // draw the ruled item table
   bool printLPONumber = true;   // print the purchase-order box in the header
   CollectionRef<std::any> PreviewCollection;  // held for the host; no routine reads it
@@ -20,51 +30,43 @@ class ClassInvoicePrinter {
   // Kept in the interface for hosts that call it; sales receipts have their own printer.
   void PrintSalesReceipt() {}
   // Title, number/date block, bill-to and ship-to blocks, purchase-order box; leaves CurrentY
-  // below them. Remembers the positions the frame is drawn around.
-  void PrintInvoiceHeader(Surface& obj, ClassInvoice& invoice, bool printHeader);
+  // below them.
+  void PrintInvoiceHeader(Surface& surface, ClassInvoice& invoice, bool printHeader);
   // The whole document, page by page, ending with EndDoc.
-  void PrintInvoice(Surface& obj, ClassInvoice& invoice, bool printHeader);
+  void PrintInvoice(Surface& surface, ClassInvoice& invoice, bool printHeader);
   // The five column captions and the rule under them.
-  void PrintItemsHeader(Surface& obj);
-  // The item table's frame from `top` to the page foot, the header boxes and the totals area.
-  void printTable(Surface& obj, double top, bool hasBilling, bool hasShipping, bool hasLPO);
+  void PrintItemsHeader(Surface& surface);
+  // The item table's frame from `top` to the page foot, the boxes around the header the last
+  // PrintInvoiceHeader printed, and the totals area.
+  void printTable(Surface& surface, double top, bool hasBilling, bool hasShipping, bool hasLPO);
   void PrintIt(ClassInvoice& invoice, bool printHeader);
   // One goods or expense line: fields fitted to their columns, the description wrapped.
-  void PrintItem(Surface& obj, ClassInvoiceItem& It);
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
+  void PrintItem(Surface& surface, ClassInvoiceItem& item);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
 
  private:
-  // Walks `lines` from `next` while each fits above the page foot; returns false when the page
-  // is full. `lines_on_page` counts what this page has printed so far.
-  bool PrintLines(Surface& obj, const Collection<ClassInvoiceItem>& lines, int16_t count,
-                  int32_t& next, int& lines_on_page);
-  void PrintBilling(Surface& obj, ClassInvoice& invoice);
-  void PrintShipping(Surface& obj, ClassInvoice& invoice, double top);
-  void PrintPurchaseOrder(Surface& obj, ClassInvoice& invoice);
-  void DrawHeaderBoxes(Surface& obj, bool hasBilling, bool hasShipping, bool hasLPO);
-  static void DrawTotalsArea(Surface& obj);
-  void PrintExpenseHeading(Surface& obj);
-  void PrintTotals(Surface& obj, ClassInvoice& invoice);
-  void PrintNotesAndWords(Surface& obj, ClassInvoice& invoice);
-  void PrintSignatures(Surface& obj, ClassInvoice& invoice);
+  HeaderMarks PrintHead(Surface& surface, ClassInvoice& invoice, bool printHeader);
+  void PrintBilling(Surface& surface, ClassInvoice& invoice, HeaderMarks& marks);
+  void PrintShipping(Surface& surface, ClassInvoice& invoice, double top, HeaderMarks& marks);
+  void PrintPurchaseOrder(Surface& surface, ClassInvoice& invoice, HeaderMarks& marks);
+  void DrawFrame(Surface& surface, double top, const HeaderMarks& marks, bool hasBilling, bool hasShipping,
+                 bool hasLPO);
+  static void DrawHeaderBoxes(Surface& surface, const HeaderMarks& marks, bool hasBilling, bool hasShipping,
+                              bool hasLPO);
+  static void DrawTotalsArea(Surface& surface);
+  // The goods and expense lines as the page flow walks them.
+  LineSection LinesOf(Surface& surface, const Collection<ClassInvoiceItem>& lines, int16_t count);
+  void PrintExpenseHeading(Surface& surface);
+  void PrintTotals(Surface& surface, ClassInvoice& invoice);
+  void PrintNotesAndWords(Surface& surface, ClassInvoice& invoice);
+  void PrintSignatures(Surface& surface, ClassInvoice& invoice);
   static std::string AppendBlanks(std::string text, int n);
 
   // Set the first time the other-expenses heading is printed and never cleared: one printer
   // object heads the expenses of its first document only.
   bool expense_heading_printed_ = false;
-
-  // Written by PrintInvoiceHeader, read by printTable.
-  double billing_box_bottom_ = 0;
-  double shipping_x_ = 0;
-  double date_x_ = 0;
-  double number_x_ = 0;
-  double block_top_ = 0;
-  double caption_bottom_ = 0;
-  double value_bottom_ = 0;
-  double po_top_ = 0;
-  double po_x_ = 0;
-  double po_caption_bottom_ = 0;
-  double po_value_bottom_ = 0;
+  // The last header's marks, for a host that calls printTable after PrintInvoiceHeader.
+  HeaderMarks last_marks_;
 };
 
 // The description of the line that heads the other expenses; printed in bold.

@@ -26,7 +26,7 @@ void PrintInvoiceQr(Surface& surface, const std::string& data, double right, dou
   }
   const double side = modules * kPageQrMinModule;
   double y = surface.CurrentY() + kGap;
-  if (y + side > surface.Height() && IsSystemPrinter(surface)) {
+  if (y + side > surface.Height() && surface.BreaksPages()) {
     surface.NewPage();
     y = ModuleCompanyInfo::Profile().TopMargin;
   }

@@ -29,8 +29,8 @@ std::string Rule() {
 // surface member, an unconvertible margin or an overflow skips only that statement.
 class Slip {
  public:
-  Slip(Surface& obj, const ReceiptPrinter& printer)
-      : obj_(obj),
+  Slip(Surface& surface, const ReceiptPrinter& printer)
+      : surface_(surface),
         left_text_(printer.POS_Left_Margin),
         left_(Num(printer.POS_Left_Margin)),
         right_(kSlipWidth - Num(printer.POS_Right_Margin)) {}
@@ -42,40 +42,40 @@ class Slip {
  private:
   template <class Statement>
   void Do(Statement&& statement) { IgnoreErrors(statement); }
-  void PrintLine(const std::string& text) { Do([&] { obj_.Print(text); }); }
+  void PrintLine(const std::string& text) { Do([&] { surface_.Print(text); }); }
   // The margin string itself goes to the surface, which converts it or fails.
-  void ToLeftMargin() { Do([&] { obj_.CurrentX(SurfaceNumber(left_text_)); }); }
+  void ToLeftMargin() { Do([&] { surface_.CurrentX(SurfaceNumber(left_text_)); }); }
   void AtLeftMarginIfAny(const std::string& text) {
     if (text.empty()) return;
     ToLeftMargin();
     PrintLine(text);
   }
   void RightAligned(const std::string& text) {
-    Do([&] { obj_.CurrentX(right_ - obj_.TextWidth(text)); });
+    Do([&] { surface_.CurrentX(right_ - surface_.TextWidth(text)); });
     PrintLine(text);
   }
   // Prints and goes back up, so that the next text lands on the same line.
   template <class Statement>
   void KeepingLine(Statement&& print) {
     double y = 0;
-    Do([&] { y = obj_.CurrentY(); });
+    Do([&] { y = surface_.CurrentY(); });
     Do(print);
-    Do([&] { obj_.CurrentY(y); });
+    Do([&] { surface_.CurrentY(y); });
   }
   void LabelAndAmount(const std::string& label, const std::string& amount) {
-    KeepingLine([&] { obj_.Print(label); });
+    KeepingLine([&] { surface_.Print(label); });
     RightAligned(amount);
   }
   void PrintDescription(const ClassInvoiceItem& item) {
     Do([&] {
       std::string description = item.Description;  // the document itself is never changed
       int16_t width = ToInt16(right_ - left_, "receipt description width");
-      obj_.Print(AdjustedText(obj_, description, width));
+      surface_.Print(AdjustedText(surface_, description, width));
     });
   }
   void PrintQuantityLine(const ClassInvoiceItem& item);
 
-  Surface& obj_;
+  Surface& surface_;
   const std::string left_text_;
   const double left_;
   const double right_;  // where every amount ends
@@ -84,18 +84,18 @@ class Slip {
 void Slip::Head(ClassInvoice& receipt) {
   const CompanyProfile& company = ModuleCompanyInfo::Profile();
   PrintLine(kCode133);  // starts the page; the next step moves back up over it
-  Do([&] { obj_.CurrentY(10); });
-  Do([&] { obj_.Font().Bold(true); });
-  Do([&] { obj_.Font().Size(10); });
+  Do([&] { surface_.CurrentY(10); });
+  Do([&] { surface_.Font().Bold(true); });
+  Do([&] { surface_.Font().Size(10); });
   const std::string& name = company.CompanyName;
   if (!name.empty()) {
-    Do([&] { if (obj_.TextWidth(name) > kSlipWidth) obj_.Font().Size(8.25); });
-    Do([&] { obj_.CurrentX(kSlipCentre - obj_.TextWidth(name) / 2); });
-    Do([&] { if (obj_.TextWidth(name) > kSlipWidth) obj_.CurrentX(SurfaceNumber(left_text_)); });
+    Do([&] { if (surface_.TextWidth(name) > kSlipWidth) surface_.Font().Size(8.25); });
+    Do([&] { surface_.CurrentX(kSlipCentre - surface_.TextWidth(name) / 2); });
+    Do([&] { if (surface_.TextWidth(name) > kSlipWidth) surface_.CurrentX(SurfaceNumber(left_text_)); });
     PrintLine(name);
   }
-  Do([&] { obj_.Font().Bold(false); });
-  Do([&] { obj_.Font().Size(8); });
+  Do([&] { surface_.Font().Bold(false); });
+  Do([&] { surface_.Font().Size(8); });
   PrintLine("");
   AtLeftMarginIfAny(receipt.Store);
   AtLeftMarginIfAny(company.Address1);
@@ -106,9 +106,9 @@ void Slip::Head(ClassInvoice& receipt) {
   AtLeftMarginIfAny(receipt.EmployeeName);
   ToLeftMargin();
   PrintLine(ReceiptDateTimeText(ReceiptNow()));
-  Do([&] { obj_.Font().Bold(true); });
+  Do([&] { surface_.Font().Bold(true); });
   RightAligned(company.DefaultCurrencySign);
-  Do([&] { obj_.Font().Bold(false); });
+  Do([&] { surface_.Font().Bold(false); });
   PrintLine(Rule());
 }
 
@@ -117,16 +117,16 @@ void Slip::Head(ClassInvoice& receipt) {
 // of "A" from the left edge.
 void Slip::PrintQuantityLine(const ClassInvoiceItem& item) {
   KeepingLine([&] {
-    Do([&] { obj_.CurrentX(left_ * 1.5); });
-    Do([&] { obj_.Print(item.Quantity); });
+    Do([&] { surface_.CurrentX(left_ * 1.5); });
+    Do([&] { surface_.Print(item.Quantity); });
   });
   KeepingLine([&] {
-    Do([&] { obj_.CurrentX(left_ + 9 * obj_.TextWidth("A")); });
-    Do([&] { obj_.Print("@"); });
+    Do([&] { surface_.CurrentX(left_ + 9 * surface_.TextWidth("A")); });
+    Do([&] { surface_.Print("@"); });
   });
   KeepingLine([&] {
-    Do([&] { obj_.CurrentX(obj_.CurrentX() + 20.7 * obj_.TextWidth("A") - obj_.TextWidth(item.UnitPrice)); });
-    Do([&] { obj_.Print(item.UnitPrice); });
+    Do([&] { surface_.CurrentX(surface_.CurrentX() + 20.7 * surface_.TextWidth("A") - surface_.TextWidth(item.UnitPrice)); });
+    Do([&] { surface_.Print(item.UnitPrice); });
   });
   RightAligned(item.Total);
 }
@@ -164,11 +164,11 @@ void Slip::Totals(ClassInvoice& receipt) {
   // The messages start at the left edge, where the previous line left the pen.
   if (!receipt.CustomerNote1.empty()) PrintLine(receipt.CustomerNote1);
   if (!receipt.CustomerNote2.empty()) PrintLine(receipt.CustomerNote2);
-  if (!receipt.QRCode.empty()) Do([&] { PrintReceiptQr(obj_, receipt.QRCode, kSlipWidth); });
+  if (!receipt.QRCode.empty()) Do([&] { PrintReceiptQr(surface_, receipt.QRCode, kSlipWidth); });
   PrintLine("\r\n");  // feed before the tear-off
   PrintLine("");
   PrintLine("");
-  Do([&] { obj_.EndDoc(); });
+  Do([&] { surface_.EndDoc(); });
 }
 
 void CheckMessageLength(const std::string& message) {
@@ -195,10 +195,13 @@ void ReceiptPrinter::PrintIt(ClassInvoice& receipt) {
   PrintOnSystemPrinter([&](Surface& surface) { PrintReceipt(surface, receipt); });
 }
 
-void ReceiptPrinter::PrintReceipt(Surface& obj, ClassInvoice& receipt) {
-  // A tax code that cannot be printed is refused before the slip starts, not skipped silently.
+void ReceiptPrinter::PrintReceipt(Surface& surface, ClassInvoice& receipt) {
+  // Checked before the first statement, outside the ignored errors: a slip too long to index is
+  // refused whole rather than printed without its lines.
+  Count16(*receipt.InvoiceItems(), "InvoiceItems");
+  // Likewise a tax code that cannot be printed: refused before the slip starts, not skipped.
   if (!receipt.QRCode.empty()) QrSideModules(receipt.QRCode);
-  Slip slip(obj, *this);
+  Slip slip(surface, *this);
   slip.Head(receipt);
   slip.Items(receipt);
   slip.Totals(receipt);
@@ -207,8 +210,8 @@ void ReceiptPrinter::PrintReceipt(Surface& obj, ClassInvoice& receipt) {
 void ReceiptPrinter::SetCustomerMessage1(const std::string& message) { CheckMessageLength(message); }
 void ReceiptPrinter::SetCustomerMessage2(const std::string& message) { CheckMessageLength(message); }
 
-std::string ReceiptPrinter::AdjustedText(Surface& obj, std::string& text, int16_t& length) {
-  return quorvel::AdjustedText(obj, text, length);
+std::string ReceiptPrinter::AdjustedText(Surface& surface, std::string& text, int16_t& length) {
+  return quorvel::AdjustedText(surface, text, length);
 }
 
 }  // namespace quorvel

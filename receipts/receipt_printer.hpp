@@ -20,11 +20,11 @@ class ReceiptPrinter {
   // Prints on the system printer with 80 mm roll paper, then puts the previous paper back.
   void PrintIt(ClassInvoice& receipt);
   // The whole slip, ending with EndDoc; a step that fails is skipped and the slip goes on.
-  void PrintReceipt(Surface& obj, ClassInvoice& receipt);
+  void PrintReceipt(Surface& surface, ClassInvoice& receipt);
   // Length checks only (more than 40 characters raises); the messages are not kept.
   void SetCustomerMessage1(const std::string& message);
   void SetCustomerMessage2(const std::string& message);
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
 };
 
 }  // namespace quorvel

@@ -1,9 +1,10 @@
-// The customer statement document, its ledger line and its post-dated cheque (also read by cheque lists).
+// The customer statement document and its ledger line; its post-dated cheques are cheque-list lines.
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "cheque_lists/check.hpp"
 #include "foundation/collection.hpp"
 
 namespace quorvel {
@@ -15,16 +16,6 @@ struct ClassStatementItem {
   std::string Debit;
   std::string Credit;
   std::string balance;  // running balance after the line
-};
-
-// One post-dated cheque.
-struct ClassCheck {
-  std::string TransactionNum;  // the transaction the cheque pays
-  std::string TransactionDate;
-  std::string Bank;
-  std::string ChqDate;
-  std::string ChqNum;
-  std::string Amount;
 };
 
 // The fields stay in this order: the automation layer numbers its members by it.

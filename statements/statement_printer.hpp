@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/collection.hpp"
+#include "foundation/page_flow.hpp"
 #include "foundation/surface.hpp"
 #include "statements/statement.hpp"
 
@@ -13,44 +14,47 @@ namespace quorvel {
 
 class ClassStatementPrinter {
  public:
+  // Where the header put its blocks: the frame is drawn around them.
+  struct HeaderMarks {
+    double bill_to_title_bottom = 0;  // the billing box hangs from here
+    double date_box_left = 0, date_box_top = 0;
+    double date_label_bottom = 0, date_value_bottom = 0;
+  };
+
   bool printItemsTable = true;  // the frame on every page; also the cheque list's frame switch
   bool printLPONumber = true;   // handed to printTable as hasLPO
   // Held for the host's preview; no printing routine reads it.
   CollectionRef<std::any> PreviewCollection;
 
   void PrintSalesReceipt() {}
-  void PrintStatementHeader(Surface& obj, ClassStatement& statement, bool printHeader);
+  void PrintStatementHeader(Surface& surface, ClassStatement& statement, bool printHeader);
   // The whole document, ended with EndDoc. May write CustomerSign/CashierSign back (see notes).
-  void PrintStatement(Surface& obj, ClassStatement& statement, bool printHeader);
-  void PrintStandardAging(Surface& obj, double curY, ClassStatement& statement);
-  void PrintByMonthAging(Surface& obj, double curY, ClassStatement& statement);
-  void PrintItemsHeader(Surface& obj);
-  void printTable(Surface& obj, double top, bool hasBilling, bool hasShipping, bool hasLPO,
+  void PrintStatement(Surface& surface, ClassStatement& statement, bool printHeader);
+  void PrintStandardAging(Surface& surface, double curY, ClassStatement& statement);
+  void PrintByMonthAging(Surface& surface, double curY, ClassStatement& statement);
+  void PrintItemsHeader(Surface& surface);
+  void printTable(Surface& surface, double top, bool hasBilling, bool hasShipping, bool hasLPO,
                   bool showByMonth);
   void PrintIt(ClassStatement& statement, bool printHeader);
-  void PrintPDCChecks(Surface& obj);
-  void PrintChecksHeader(Surface& obj);
-  void PrintItem(Surface& obj, const ClassStatementItem& It);
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
+  void PrintPDCChecks(Surface& surface);
+  void PrintChecksHeader(Surface& surface);
+  void PrintItem(Surface& surface, const ClassStatementItem& item);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
 
  private:
-  // One page's ledger lines from `next` on; returns true when lines are left for another page.
-  bool PrintPageLines(Surface& obj, ClassStatement& statement, int16_t& next);
-  void PrintTotalsRow(Surface& obj, const ClassStatement& statement);
-  void PrintNotes(Surface& obj, const ClassStatement& statement);
-  void PrintSignatures(Surface& obj, ClassStatement& statement);
-  void PrintChequeList(Surface& obj, ClassStatement& statement, bool printHeader, int16_t pageNumber);
+  HeaderMarks PrintHead(Surface& surface, ClassStatement& statement, bool printHeader);
+  void DrawFrame(Surface& surface, double top, const HeaderMarks& marks, bool hasBilling, bool showByMonth);
+  void PrintTotalsRow(Surface& surface, const ClassStatement& statement);
+  void PrintNotes(Surface& surface, const ClassStatement& statement);
+  void PrintSignatures(Surface& surface, ClassStatement& statement);
+  void PrintChequeList(Surface& surface, ClassStatement& statement, bool printHeader, int16_t pageNumber);
   // 2500 + descriptionWidth + offset, in 16-bit arithmetic: the edges right of the Description.
   double GridEdge(int16_t offset) const;
 
   int16_t descriptionWidth = 4800;
   double agingColumnWidth = 0;
-  double billToTitleBottom = 0;
-  double dateBoxLeft = 0;
-  double dateBoxTop = 0;
-  double dateLabelBottom = 0;
-  double dateValueBottom = 0;
-  double totalsTop = 0;
+  // The last header's marks, for a host that calls printTable after PrintStatementHeader.
+  HeaderMarks last_marks_;
 };
 
 }  // namespace quorvel

@@ -1,6 +1,7 @@
 // Statement page frame, the two aging summaries, and the post-dated cheques section routines.
 #include <array>
 
+#include "foundation/font_state.hpp"
 #include "foundation/page_footer.hpp"
 #include "foundation/runtime.hpp"
 #include "statements/statement_printer.hpp"
@@ -18,47 +19,52 @@ struct AgingColumn {
 // Prints each column's title at curY and its amount 100 below the line after it, both centred
 // in the column and unfitted. The size is left at 8 for the caller to reset.
 template <size_t N>
-void PrintAgingColumns(Surface& obj, double curY, double column_width,
+void PrintAgingColumns(Surface& surface, double curY, double column_width,
                        const std::array<AgingColumn, N>& columns) {
-  obj.Font().Size(8);
+  surface.Font().Size(8);
   for (size_t k = 0; k < N; ++k) {
     const double left = 1000 + static_cast<double>(k) * column_width;
-    obj.CurrentY(curY);
-    obj.CurrentX(left + Int((columns[k].width - obj.TextWidth(columns[k].title)) / 2));
-    obj.Print(columns[k].title);
-    obj.CurrentY(obj.CurrentY() + 100);
-    obj.CurrentX(left + Int((columns[k].width - obj.TextWidth(columns[k].amount)) / 2));
-    obj.Print(columns[k].amount);
+    surface.CurrentY(curY);
+    surface.CurrentX(left + Int((columns[k].width - surface.TextWidth(columns[k].title)) / 2));
+    surface.Print(columns[k].title);
+    surface.CurrentY(surface.CurrentY() + 100);
+    surface.CurrentX(left + Int((columns[k].width - surface.TextWidth(columns[k].amount)) / 2));
+    surface.Print(columns[k].amount);
   }
 }
 
 }  // namespace
 
-void ClassStatementPrinter::printTable(Surface& obj, double top, bool hasBilling, bool hasShipping,
+void ClassStatementPrinter::printTable(Surface& surface, double top, bool hasBilling, bool hasShipping,
                                        bool hasLPO, bool showByMonth) {
-  const double right = obj.Width() - 1000;
-  const double bottom = PageLimit(obj);
-  obj.Line(4, 1000, top, right, top, 0);
+  DrawFrame(surface, top, last_marks_, hasBilling, showByMonth);
+}
+
+void ClassStatementPrinter::DrawFrame(Surface& surface, double top, const HeaderMarks& marks, bool hasBilling,
+                                      bool showByMonth) {
+  const double right = surface.Width() - 1000;
+  const double bottom = PageLimit(surface);
+  DrawRule(surface, 1000, top, right, top);
   const double edges[] = {1000, 2500, GridEdge(0), GridEdge(1160), GridEdge(2320), right};
-  for (double x : edges) obj.Line(4, x, top, x, bottom, 0);
-  obj.Line(4, 1000, bottom, right, bottom, 0);
-  if (hasBilling) obj.Line(20, 1000, billToTitleBottom, 5000, billToTitleBottom + 1300, 0);
-  obj.Line(20, dateBoxLeft, dateBoxTop, right, dateBoxTop + 500, 0);
-  obj.Line(4, dateBoxLeft, dateLabelBottom, right, dateLabelBottom, 0);
-  obj.Line(20, 1000, bottom, right, bottom + 400, 0);
+  for (double x : edges) DrawRule(surface, x, top, x, bottom);
+  DrawRule(surface, 1000, bottom, right, bottom);
+  if (hasBilling) DrawBox(surface, 1000, marks.bill_to_title_bottom, 5000, marks.bill_to_title_bottom + 1300);
+  DrawBox(surface, marks.date_box_left, marks.date_box_top, right, marks.date_box_top + 500);
+  DrawRule(surface, marks.date_box_left, marks.date_label_bottom, right, marks.date_label_bottom);
+  DrawBox(surface, 1000, bottom, right, bottom + 400);
   const double aging_top = bottom + 400;
-  obj.Line(20, 1000, aging_top, right, aging_top + 800, 0);
+  DrawBox(surface, 1000, aging_top, right, aging_top + 800);
   // Eight separators for either layout: in the six-column one the last three fall on or past
   // the right edge, and the fifth moves 200 right to widen the "Over 90 Days" column.
   for (int i = 1; i <= 8; ++i) {
     const double x = 1000 + i * agingColumnWidth + (i == 5 && !showByMonth ? 200 : 0);
-    obj.Line(4, x, aging_top, x, aging_top + 800, 0);
+    DrawRule(surface, x, aging_top, x, aging_top + 800);
   }
   const double titles_foot = aging_top + Int(800.0 / 3) + 50;
-  obj.Line(4, 1000, titles_foot, right, titles_foot, 0);
+  DrawRule(surface, 1000, titles_foot, right, titles_foot);
 }
 
-void ClassStatementPrinter::PrintStandardAging(Surface& obj, double curY, ClassStatement& statement) {
+void ClassStatementPrinter::PrintStandardAging(Surface& surface, double curY, ClassStatement& statement) {
   const double w = agingColumnWidth;
   // Columns 4 and 5 are centred with a width 200 wider: that puts each text on the middle of
   // its column once the separator between them has moved 200 right.
@@ -70,10 +76,10 @@ void ClassStatementPrinter::PrintStandardAging(Surface& obj, double curY, ClassS
       {"Over 90 Days Past Due", statement.overNintyDaysDue, w + 200},
       {"Amount Due", statement.totalBalance, w + 200},
   }};
-  PrintAgingColumns(obj, curY, w, columns);
+  PrintAgingColumns(surface, curY, w, columns);
 }
 
-void ClassStatementPrinter::PrintByMonthAging(Surface& obj, double curY, ClassStatement& statement) {
+void ClassStatementPrinter::PrintByMonthAging(Surface& surface, double curY, ClassStatement& statement) {
   const double w = agingColumnWidth;
   const ClassStatement& s = statement;
   const std::array<AgingColumn, 8> columns{{
@@ -86,38 +92,36 @@ void ClassStatementPrinter::PrintByMonthAging(Surface& obj, double curY, ClassSt
       {s.month7Title, s.month7Value, w},
       {s.month8Title, s.month8Value, w},
   }};
-  PrintAgingColumns(obj, curY, w, columns);
+  PrintAgingColumns(surface, curY, w, columns);
 }
 
-void ClassStatementPrinter::PrintPDCChecks(Surface& obj) {
-  obj.Print("Post Dated Cheques");
-  obj.Print("");
-  obj.Print("");
+void ClassStatementPrinter::PrintPDCChecks(Surface& surface) {
+  surface.Print("Post Dated Cheques");
+  surface.Print("");
+  surface.Print("");
 }
 
-void ClassStatementPrinter::PrintChecksHeader(Surface& obj) {
-  const double saved_size = obj.Font().Size();
-  obj.Font().Size(10);
-  const double y = obj.CurrentY();
+void ClassStatementPrinter::PrintChecksHeader(Surface& surface) {
+  ScopedFont font(surface);
+  surface.Font().Size(10);
+  const double y = surface.CurrentY();
   const struct {
     const char* label;
     double start, width;
   } labels[] = {{"Trans.Date", 1000, 1500}, {"Trans.#", 2500, 1500}, {"Bank", 4000, 1500},
                 {"Chq Date", 7000, 1500},   {"Chq #", 8500, 1500},   {"Amount", 10000, 1470}};
   for (size_t k = 0; k < std::size(labels); ++k) {
-    obj.CurrentY(y);
-    obj.CurrentX(Int(labels[k].width / 2) + labels[k].start - Int(obj.TextWidth(labels[k].label) / 2));
+    surface.CurrentY(y);
+    surface.CurrentX(Int(labels[k].width / 2) + labels[k].start - Int(surface.TextWidth(labels[k].label) / 2));
     // The second label goes through a member looked up by name, which no surface here has:
     // the call fails with error 438 after "Trans.Date", and that failure reaches the host.
     if (k == 1) {
-      obj.CallByName("Printtempstring");
+      surface.CallByName("Printtempstring");
     } else {
-      obj.Print(labels[k].label);
+      surface.Print(labels[k].label);
     }
   }
-  obj.CurrentX(1000);
-  obj.Line(4, 1000, obj.CurrentY(), obj.Width() - 1000, obj.CurrentY(), 0);
-  obj.Font().Size(saved_size);
+  DrawCaptionRule(surface);
 }
 
 }  // namespace quorvel

@@ -17,24 +17,24 @@ class ClassVoucherPrinter {
 
   // Prints on the system printer; PrintReceiptVoucher ends the document.
   void PrintIt(ClassVoucher& voucherData, bool printHeader, bool isReceipt);
-  void PrintReceiptVoucher(Surface& obj, ClassVoucher& receiptData, bool printHeader, bool isReceipt);
+  void PrintReceiptVoucher(Surface& surface, ClassVoucher& receiptData, bool printHeader, bool isReceipt);
 
   // The payment-details table: a blank line, the heading row, one row per payment, the frame.
-  void PrintPaymentDetails(Surface& obj, const CollectionRef<ClassPayment>& Payments, bool isReceipt);
-  void PrintPaymentDetailsHeader(Surface& obj, bool isReceipt);
-  void PrintPaymentDetailsInfo(Surface& obj, const ClassPayment& payment);
+  void PrintPaymentDetails(Surface& surface, const CollectionRef<ClassPayment>& Payments, bool isReceipt);
+  void PrintPaymentDetailsHeader(Surface& surface, bool isReceipt);
+  void PrintPaymentDetailsInfo(Surface& surface, const ClassPayment& payment);
   // Seven 3000-long vertical rules from `top`, and the bottom rule at the current line.
-  void printTable(Surface& obj, double top);
+  void printTable(Surface& surface, double top);
 
-  std::string AdjustedText(Surface& obj, std::string& text, int16_t& length);
+  std::string AdjustedText(Surface& surface, std::string& text, int16_t& length);
 
  private:
-  void PrintTitle(Surface& obj, bool isReceipt);
-  void PrintDateNumberAmount(Surface& obj, const ClassVoucher& voucher);
-  void PrintPayee(Surface& obj, const ClassVoucher& voucher, bool isReceipt);
-  void PrintAmountInWords(Surface& obj, const ClassVoucher& voucher);
-  void PrintMeansOfPayment(Surface& obj, const ClassVoucher& voucher);
-  void PrintSignatures(Surface& obj);
+  void PrintTitle(Surface& surface, bool isReceipt);
+  void PrintDateNumberAmount(Surface& surface, const ClassVoucher& voucher);
+  void PrintPayee(Surface& surface, const ClassVoucher& voucher, bool isReceipt);
+  void PrintAmountInWords(Surface& surface, const ClassVoucher& voucher);
+  void PrintMeansOfPayment(Surface& surface, const ClassVoucher& voucher);
+  void PrintSignatures(Surface& surface);
 
   // The amount in words as split for printing; emptied at the start of every voucher.
   std::vector<std::string> amount_lines_;

@@ -1,6 +1,7 @@
 // Delivery notes: the data model, the header blocks, captions, rows, frame, footer, pages and PDF.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "delivery_notes/delivery_note_printer.hpp"
@@ -198,14 +199,16 @@ TEST_F(DeliveryNoteLayout, FrameRulesTheColumnsAndBoxesTheHeaderBlocks) {
     EXPECT_TRUE(t.x >= box.x1 && EndOf(t) <= box.x2 && t.y >= box.y1 && t.y + L <= box.y2) << text;
   }
 
-  // A long invoice number is fitted to its box.
-  note.InvoiceNumber = "INV-2024-000031-REV-B-FINAL";
-  TextOp long_number;
-  for (const TextOp& t : testing::Texts(Printed(note)))
-    if (t.text.rfind(" INV-2024", 0) == 0) long_number = t;
-  ASSERT_FALSE(long_number.text.empty());
-  EXPECT_EQ(long_number.text.substr(long_number.text.size() - 3), "...");
-  EXPECT_LE(EndOf(long_number), 11906 - 1000);
+  // A number wider than its column is printed whole: it starts further left so that it ends at
+  // the right margin, the row's divider moving with it, and never over its caption.
+  note.InvoiceNumber = "INV-2026-11873";
+  const DrawOps wide = Printed(note);
+  const TextOp number = FindText(wide, " INV-2026-11873");
+  const double width = Measure(" INV-2026-11873");
+  ASSERT_GT(width, 1400);
+  EXPECT_DOUBLE_EQ(number.x, 11906 - 1000 - width);
+  EXPECT_GE(number.x, EndOf(FindText(wide, "Invoice No.")));
+  EXPECT_TRUE(testing::HasLine(wide, number.x, number.y, number.x, number.y + 250));
 
   ClassDeliveryNotePrinter bare;
   bare.printItemsTable = false;
@@ -361,6 +364,33 @@ TEST_F(DeliveryNotePages, PrintItGivesAPdfPageForEachPage) {
   const std::string text = testing::RunCommand("pdftotext -layout " + pdf + " -");
   EXPECT_NE(text.find("Page 3"), std::string::npos);
   EXPECT_NE(text.find("Line35"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace quorvel
+
+namespace quorvel {
+namespace {
+
+TEST(DeliveryNoteInvoiceNumber, TwentyCharactersPrintWholeOnEveryPage) {
+  testing::ResetProfile();
+  ClassDeliveryNote note;
+  note.printTitle = "Delivery Note";
+  note.InvoiceNumber = "INV-2026-11873-00042";  // 20 characters
+  const auto item = testing::MakeItem("GOODS", "");
+  for (int i = 0; i < 90; ++i) note.AddItem(item);
+  PreviewSurface surface;
+  ClassDeliveryNotePrinter().PrintDeliveryNote(surface, note, false);
+  const std::vector<DrawOps> pages = testing::PagesOf(surface.Ops(), "Delivery Note");
+  ASSERT_GE(pages.size(), 3u);
+  for (const DrawOps& page : pages) {
+    const TextOp caption = FindText(page, "Invoice No.");
+    const TextOp number = FindText(page, " INV-2026-11873-00042");
+    EXPECT_DOUBLE_EQ(number.y, caption.y);
+    // Wider than the room between its caption and the margin: it starts right after the caption
+    // and runs on past the margin rather than losing characters.
+    EXPECT_DOUBLE_EQ(number.x, std::max(11906 - 1000 - Measure(number.text), EndOf(caption)));
+  }
 }
 
 }  // namespace
