@@ -1,8 +1,7 @@
 // Building documents from JSON through the type library, and running their print routines.
 #include "automation/document_job.hpp"
 
-#include <fstream>
-
+#include "automation/document_file.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
@@ -57,6 +56,9 @@ Variant ToVariant(const json& value, const TypeRef& type, const std::string& whe
   switch (type.kind) {
     case TypeKind::String:
       if (!value.is_string()) WrongType(where, "a text");
+      // A NUL would end the text early wherever it is drawn: refused here, where the field is known.
+      if (value.get_ref<const std::string&>().find('\0') != std::string::npos)
+        Raise(err::kInvalidArgument, where + ": the text holds a NUL character (\\u0000)");
       return Variant(value.get<std::string>());
     case TypeKind::Boolean:
       if (!value.is_boolean()) WrongType(where, "true or false");
@@ -77,6 +79,9 @@ void FillObject(const ObjectRef& object, const json& fields, const std::string& 
 // Each array element becomes a new object of the collection's element class, added in order.
 void FillCollection(const ObjectRef& object, const MemberInfo& getter, const json& lines, const std::string& where) {
   if (!lines.is_array()) WrongType(where, "an array of objects");
+  // Checked before any line is built: a huge list is refused at once, not after building it.
+  if (lines.size() > kMostLines)
+    Raise(err::kOverflow, where + ": " + std::to_string(lines.size()) + " lines; a document holds at most 32,767");
   const ClassInfo* collection = TypeLibrary::Get().Find(getter.type.cpp_type);
   const MemberInfo* item = collection ? collection->Find("Item", MemberKind::Method) : nullptr;
   const ClassInfo* element = item ? TypeLibrary::Get().Find(item->type.cpp_type) : nullptr;
@@ -180,17 +185,7 @@ DocumentJob LoadDocumentJob(const json& description) {
   return job;
 }
 
-DocumentJob LoadDocumentJobFile(const std::string& path) {
-  std::ifstream in(path);
-  if (!in) Raise(err::kFileError, "cannot read " + path);
-  json description;
-  try {
-    description = json::parse(in);
-  } catch (const json::exception& e) {
-    Raise(err::kInvalidArgument, path + " is not valid JSON: " + e.what());
-  }
-  return LoadDocumentJob(description);
-}
+DocumentJob LoadDocumentJobFile(const std::string& path) { return LoadDocumentJob(ReadDocumentFile(path)); }
 
 // A surface the caller owns, lent to a late-bound call; it is never released through the reference.
 ObjectRef BorrowedSurface(Surface& surface) {

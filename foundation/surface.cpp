@@ -2,6 +2,8 @@
 #include "foundation/surface.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <sstream>
 
 #include "foundation/errors.hpp"
 #include "foundation/utf8.hpp"
@@ -79,8 +81,27 @@ double Surface::TextHeight(std::string_view text) const {
   return static_cast<double>(lines) * LineHeight();
 }
 
+void Surface::Refuse(std::string context) {
+  const AutomationError error(err::kInvalidArgument, StandardDescription(err::kInvalidArgument), std::move(context));
+  Refused(error);
+  throw error;
+}
+
+double Surface::Checked(double value, const char* member) {
+  if (!std::isfinite(value) || std::fabs(value) > kFarthest) {
+    std::ostringstream text;
+    text << member << ": " << value << " twips is not a position on the page";
+    Refuse(text.str());
+  }
+  return value;
+}
+
 void Surface::Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour) {
   (void)colour;
+  Checked(x1, "Line x1");
+  Checked(y1, "Line y1");
+  Checked(x2, "Line x2");
+  Checked(y2, "Line y2");
   if (form == 4) {
     Emit(LineOp{x1, y1, x2, y2});
   } else if (form == 20) {
@@ -94,6 +115,8 @@ void Surface::Line(int16_t form, double x1, double y1, double x2, double y2, int
 
 std::string_view Surface::DrawLines(std::string_view text) {
   RequireUtf8(text, "printed text");
+  if (const size_t at = text.find('\0'); at != std::string_view::npos)
+    Refuse("printed text: a NUL character at byte " + std::to_string(at + 1) + " would cut the text there");
   std::string_view last;
   bool first = true;
   ForEachLine(text, [&](std::string_view line) {

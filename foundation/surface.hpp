@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/draw_ops.hpp"
+#include "foundation/errors.hpp"
 #include "foundation/font_metrics.hpp"
 
 namespace quorvel {
@@ -36,10 +37,12 @@ class Surface {
  public:
   virtual ~Surface() = default;
 
+  // Positions must be finite and within kFarthest of the origin; anything else is refused with
+  // the invalid-argument error naming the member, so no op ever carries inf or NaN.
   double CurrentX() const { return x_; }
-  void CurrentX(double x) { x_ = x; }
+  void CurrentX(double x) { x_ = Checked(x, "CurrentX"); }
   double CurrentY() const { return y_; }
-  void CurrentY(double y) { y_ = y; }
+  void CurrentY(double y) { y_ = Checked(y, "CurrentY"); }
   virtual double Width() const = 0;
   virtual double Height() const = 0;
   SurfaceFont& Font() { return font_; }
@@ -56,6 +59,7 @@ class Surface {
   // error. The position ends at (x2, y2). The colour is accepted and drawn as black.
   void Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour = 0);
 
+  // A text holding a NUL character is refused naming it: drawing would cut it there.
   void Print(std::string_view text);          // form 1: draw, then next line at X 0
   void Print();                               // form 2: next line without drawing
   void PrintSameLine(std::string_view text);  // form 3: draw, stay on the line after the text
@@ -69,17 +73,26 @@ class Surface {
 
  protected:
   virtual void Emit(DrawOp op) = 0;
+  // Told of every argument the surface refuses, before the error is raised; a printer uses it
+  // to fail the document that the refused drawing belonged to.
+  virtual void Refused(const AutomationError& error) { (void)error; }
   // Back to the start state of a document: (0, 0), Arial 10 pt, not bold.
   void ResetState();
   void ResetPosition() { x_ = y_ = 0; }
 
  private:
+  double Checked(double value, const char* member);
+  [[noreturn]] void Refuse(std::string context);
   // Draws each CRLF line (empty ones draw nothing); returns the last line.
   std::string_view DrawLines(std::string_view text);
 
   double x_ = 0, y_ = 0;
   SurfaceFont font_;
 };
+
+// The farthest a position may lie from the origin, in twips (about 700 m): far beyond any page
+// or roll, yet small enough that arithmetic on it stays exact.
+constexpr double kFarthest = 1e6 * 1440;
 
 // True when `obj` is the process-wide system printer: only then may a printer call NewPage.
 bool IsSystemPrinter(const Surface& obj);
