@@ -17,11 +17,8 @@ namespace {
 
 using nlohmann::json;
 
-// Where the parser is: the key or element index at each level, so an error can name the field;
-// and the length of every list, whose elements past the limit are dropped unbuilt.
-//
-// Levels follow the parser's depth, not its start and end events: the parser sends no end event
-// for a container that was dropped.
+// Where the parser is: the key or element index at each level, so an error can name the field.
+// Levels follow the parser's depth rather than its start and end events.
 class FieldTracker {
  public:
   bool operator()(int depth, json::parse_event_t event, json& parsed) {
@@ -29,62 +26,93 @@ class FieldTracker {
     switch (event) {
       case json::parse_event_t::key:
         if (open >= 1 && open <= levels_.size()) levels_[open - 1].key = parsed.get<std::string>();
-        return true;
+        break;
       case json::parse_event_t::object_start:
-      case json::parse_event_t::array_start: {
+      case json::parse_event_t::array_start:
         levels_.resize(open);
-        const bool keep = ElementBegins();
+        ElementBegins();
         levels_.push_back({event == json::parse_event_t::array_start, -1, ""});
-        return keep;
-      }
-      case json::parse_event_t::value: levels_.resize(open); return ElementBegins();
+        break;
+      case json::parse_event_t::value:
+        levels_.resize(open);
+        ElementBegins();
+        break;
       case json::parse_event_t::object_end:
-      case json::parse_event_t::array_end:
-        if (open < levels_.size() && levels_[open].is_list && levels_[open].index >= kLimit && overflow_.empty())
-          overflow_ = Field(open) + " holds " + std::to_string(levels_[open].index + 1) + " lines, more than 32767";
-        levels_.resize(std::min(open, levels_.size()));
-        return true;
+      case json::parse_event_t::array_end: levels_.resize(std::min(open, levels_.size())); break;
     }
     return true;
   }
 
   // The field being read: the last key of each object, the element index of each list.
-  std::string Field(size_t levels = SIZE_MAX) const {
+  std::string Field() const {
     std::string path;
-    for (size_t i = 0; i < levels_.size() && i < levels; ++i) {
-      const Level& level = levels_[i];
+    for (const Level& level : levels_) {
       if (level.is_list) path += "[" + std::to_string(std::max(level.index, 0L)) + "]";
       else if (!level.key.empty()) path += (path.empty() ? "" : ".") + level.key;
     }
     return path.empty() ? "the document file" : path;
   }
-  // "document.Items holds N lines, …" for the first list over the limit, or empty.
-  const std::string& Overflow() const { return overflow_; }
 
  private:
-  static constexpr long kLimit = static_cast<long>(kMostLines);
   struct Level {
     bool is_list;
     long index;
     std::string key;
   };
-  // Counts an element of the innermost list; false drops it when the list is past the limit.
-  bool ElementBegins() {
-    if (levels_.empty() || !levels_.back().is_list) return true;
-    return ++levels_.back().index < kLimit;
+  void ElementBegins() {
+    if (!levels_.empty() && levels_.back().is_list) ++levels_.back().index;
   }
   std::vector<Level> levels_;
-  std::string overflow_;
 };
+
+// One pass over the raw text counting the elements of every list, so that a list over the limit
+// is refused before the parser builds anything. Returns "PATH holds N lines, …" for the first
+// list found too long, or "" (also for text that is not JSON: the parser reports that).
+std::string LongListIn(const std::string& text) {
+  struct Level {
+    bool is_list;
+    long commas = 0;
+    bool has_value = false;
+    std::string key;
+  };
+  std::vector<Level> levels;
+  std::string last_text;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == ' ' || c == '\n' || c == '\r' || c == '\t') continue;
+    const bool punctuation = c == ']' || c == '}' || c == ',' || c == ':';
+    if (!punctuation && !levels.empty()) levels.back().has_value = true;
+    if (c == '"') {
+      const size_t start = ++i;
+      while (i < text.size() && text[i] != '"') i += text[i] == '\\' ? 2 : 1;
+      last_text.assign(text, start, std::min(i, text.size()) - start);
+    } else if (c == ':' && !levels.empty()) {
+      levels.back().key = last_text;
+    } else if (c == ',' && !levels.empty()) {
+      ++levels.back().commas;
+    } else if (c == '[' || c == '{') {
+      levels.push_back({c == '[', 0, false, ""});
+    } else if ((c == ']' || c == '}') && !levels.empty()) {
+      const Level closed = levels.back();
+      levels.pop_back();
+      const long count = closed.commas + (closed.has_value ? 1 : 0);
+      if (!closed.is_list || count <= static_cast<long>(kMostLines)) continue;
+      std::string path;
+      for (const Level& level : levels)
+        path += level.is_list ? "[" + std::to_string(level.commas) + "]" : (path.empty() ? "" : ".") + level.key;
+      return path + " holds " + std::to_string(count) + " lines, more than 32767";
+    }
+  }
+  return "";
+}
 
 }  // namespace
 
 json ParseDocumentText(const std::string& text, const std::string& name) {
+  if (const std::string too_long = LongListIn(text); !too_long.empty()) Raise(err::kOverflow, too_long);
   FieldTracker tracker;
   try {
-    json parsed = json::parse(text, std::ref(tracker));
-    if (!tracker.Overflow().empty()) Raise(err::kOverflow, tracker.Overflow());
-    return parsed;
+    return json::parse(text, std::ref(tracker));
   } catch (const json::parse_error& e) {
     // The parser reports a bad UTF-8 byte by its offset; the host knows its data by field.
     if (!IsValidUtf8(text))

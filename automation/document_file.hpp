@@ -12,8 +12,8 @@ constexpr size_t kMostLines = 32767;
 
 // Parses `text`, the contents of `name`. Invalid UTF-8 raises the invalid-argument error naming
 // the field ("document.Items[3].Description"); a list longer than kMostLines raises the
-// overflow error naming it and its length. Elements past the limit are dropped as the parser
-// meets them, so a huge file is refused without building its lines.
+// overflow error naming it and its length. The lists are counted on the raw text before parsing,
+// so a huge file is refused without building anything of it.
 nlohmann::json ParseDocumentText(const std::string& text, const std::string& name);
 
 // Reads and parses the file at `path`; a file that cannot be read raises the file error with
