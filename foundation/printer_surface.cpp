@@ -51,8 +51,8 @@ void PrinterSurface::Emit(DrawOp op) {
 }
 
 void PrinterSurface::Refused(const AutomationError& error) {
-  // Only inside a document: a refusal between documents has nothing to spoil.
-  if (device_) Fail(error);
+  // Also before the first drawing: the document that follows would lack what was refused.
+  Fail(error);
 }
 
 void PrinterSurface::FlushPage() {
