@@ -90,9 +90,10 @@ class Surface {
   SurfaceFont font_;
 };
 
-// The farthest a position may lie from the origin, in twips (about 700 m): far beyond any page
-// or roll, yet small enough that arithmetic on it stays exact.
-constexpr double kFarthest = 1e6 * 1440;
+// The farthest a position may lie from the origin, in twips (about 176 km): beyond every 32-bit
+// value a host may set (a top margin of two billion twips) plus a page's offsets, yet small
+// enough that arithmetic on it stays exact.
+constexpr double kFarthest = 1e10;
 
 // True when `obj` is the process-wide system printer: only then may a printer call NewPage.
 bool IsSystemPrinter(const Surface& obj);

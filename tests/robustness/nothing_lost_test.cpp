@@ -33,7 +33,7 @@ TEST(Refusals, PositionsOffAnyPageAreRefusedNamingTheMember) {
       {[&] { preview.CurrentX(inf); }, "CurrentX: inf twips"},
       {[&] { preview.CurrentY(nan); }, "CurrentY: nan twips"},
       {[&] { preview.CurrentX(1e308); }, "CurrentX: 1e+308 twips"},
-      {[&] { preview.CurrentY(-2e9); }, "CurrentY: -2e+09 twips"},
+      {[&] { preview.CurrentY(-2e10); }, "CurrentY: -2e+10 twips"},
       {[&] { preview.Line(4, 0, 0, inf, 10); }, "Line x2: inf twips"},
       {[&] { preview.Line(20, 0, -nan, 10, 10); }, "Line y1: "},
   };
