@@ -39,7 +39,10 @@ void PrinterSurface::StartDocumentIfNeeded() {
   try {
     device_ = OpenDevice(output_);
   } catch (const AutomationError& error) {
+    // Nothing of the document exists yet, so there is no part to keep from printing alone: the
+    // failure is remembered for PrintIt, and the next drawing simply tries again.
     Fail(error);
+    failed_document_ = false;
     throw;
   }
   pages_ = 0;
