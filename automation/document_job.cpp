@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 
+#include "automation/document_file.hpp"
 #include "automation/document_kinds.hpp"
 #include "automation/nearest_name.hpp"
 #include "foundation/company_info.hpp"
@@ -31,6 +33,9 @@ Variant ToVariant(const json& value, const TypeRef& type, const std::string& whe
   switch (type.kind) {
     case TypeKind::String:
       if (!value.is_string()) WrongType(where, "a text");
+      // A NUL would end the text early wherever it is drawn: refused here, where the field is known.
+      if (value.get_ref<const std::string&>().find('\0') != std::string::npos)
+        Raise(err::kInvalidArgument, where + ": the text holds a NUL character (\\u0000)");
       return Variant(value.get<std::string>());
     case TypeKind::Boolean:
       if (!value.is_boolean()) WrongType(where, "true or false");
@@ -58,6 +63,9 @@ std::vector<std::string> FileKeys() {
 // Each array element becomes a new object of the collection's element class, added in order.
 void FillCollection(const ObjectRef& object, const MemberInfo& getter, const json& lines, const std::string& where) {
   if (!lines.is_array()) WrongType(where, "an array of objects");
+  // Checked before any line is built: a huge list is refused at once, not after building it.
+  if (lines.size() > kMostLines)
+    Raise(err::kOverflow, where + ": " + std::to_string(lines.size()) + " lines; a document holds at most 32,767");
   const ClassInfo* element = LineClassOf(getter);
   if (!element) WrongType(where, "a property that holds lines");
   const ObjectRef list = GetProperty(object, getter.name).AsObject();
@@ -209,20 +217,12 @@ DocumentJob LoadDocumentJob(const json& description) {
   return job;
 }
 
-DocumentJob LoadDocumentJobFile(const std::string& path) {
-  std::ifstream in(path);
-  if (!in) Raise(err::kFileError, "cannot read " + path);
-  return LoadDocumentJobStream(in, path);
-}
+DocumentJob LoadDocumentJobFile(const std::string& path) { return LoadDocumentJob(ReadDocumentFile(path)); }
 
 DocumentJob LoadDocumentJobStream(std::istream& in, const std::string& name) {
-  json description;
-  try {
-    description = json::parse(in);
-  } catch (const json::exception& e) {
-    Raise(err::kInvalidArgument, name + " is not valid JSON: " + e.what());
-  }
-  return LoadDocumentJob(description);
+  const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (in.bad()) Raise(err::kFileError, "cannot read " + name);
+  return LoadDocumentJob(ParseDocumentText(text, name));
 }
 
 // A surface the caller owns, lent to a late-bound call; it is never released through the reference.

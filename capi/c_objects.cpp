@@ -79,11 +79,13 @@ int32_t quorvel_call(quorvel_object* object, const char* member, quorvel_variant
   });
 }
 
-// Giving back never fails and leaves the last error alone, so a host may clean up after a failed
-// call before it asks what went wrong.
+// Giving back a live handle never fails and leaves the last error alone, so a host may clean up
+// after a failed call before it asks what went wrong. A handle given back twice, or never given
+// out, is refused with "object not set" (a host bug to report, not a crash).
 int32_t quorvel_release(quorvel_object* object) {
-  delete object;
-  return QUORVEL_OK;
+  if (!object || capi::ReleaseHandle(object)) return QUORVEL_OK;
+  return capi::RecordError(quorvel::err::kObjectNotSet, quorvel::StandardDescription(quorvel::err::kObjectNotSet).c_str(),
+                           "quorvel_release: the handle was released before or never given out");
 }
 
 int32_t quorvel_variant_clear(quorvel_variant* value) {

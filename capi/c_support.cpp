@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
+#include <unordered_map>
 
 namespace quorvel::capi {
 
@@ -36,12 +38,47 @@ void RecordSuccess() noexcept {
   last_error.message.clear();
 }
 
-const ObjectRef& RefOf(const quorvel_object* handle, const char* what) {
-  if (!handle || !handle->ref) Raise(err::kObjectNotSet, std::string("no ") + what + " given");
-  return handle->ref;
+namespace {
+struct HandleTable {
+  std::mutex mutex;
+  std::unordered_map<uintptr_t, ObjectRef> live;
+  uintptr_t last = 0x51000;  // tokens step by 16 from here: never 0, never reused
+};
+HandleTable& Handles() {
+  static HandleTable table;
+  return table;
+}
+uintptr_t TokenOf(const quorvel_object* handle) { return reinterpret_cast<uintptr_t>(handle); }
+}  // namespace
+
+ObjectRef RefOf(const quorvel_object* handle, const char* what) {
+  if (!handle) Raise(err::kObjectNotSet, std::string("no ") + what + " given");
+  HandleTable& table = Handles();
+  std::lock_guard<std::mutex> lock(table.mutex);
+  const auto it = table.live.find(TokenOf(handle));
+  if (it == table.live.end() || !it->second)
+    Raise(err::kObjectNotSet, std::string(what) + ": the handle was released or never given out");
+  return it->second;
 }
 
-quorvel_object* NewHandle(ObjectRef ref) { return new quorvel_object{std::move(ref)}; }
+quorvel_object* NewHandle(ObjectRef ref) {
+  HandleTable& table = Handles();
+  std::lock_guard<std::mutex> lock(table.mutex);
+  table.last += 16;
+  table.live.emplace(table.last, std::move(ref));
+  return reinterpret_cast<quorvel_object*>(table.last);
+}
+
+bool ReleaseHandle(const quorvel_object* handle) noexcept {
+  ObjectRef dropped;  // the object may go with its last reference: not under the lock
+  HandleTable& table = Handles();
+  std::lock_guard<std::mutex> lock(table.mutex);
+  const auto it = table.live.find(TokenOf(handle));
+  if (it == table.live.end()) return false;
+  dropped = std::move(it->second);
+  table.live.erase(it);
+  return true;
+}
 
 std::string TextArg(const char* text, const char* what) {
   if (!text) Raise(err::kInvalidArgument, std::string("no ") + what + " given");
@@ -64,7 +101,7 @@ Variant FromC(const quorvel_variant& value) {
     case QUORVEL_SINGLE: return Variant(value.value.single);
     case QUORVEL_DOUBLE: return Variant(value.value.real);
     case QUORVEL_TEXT: return Variant(std::string(value.value.text ? value.value.text : ""));
-    case QUORVEL_OBJECT: return Variant(value.value.object ? value.value.object->ref : ObjectRef{});
+    case QUORVEL_OBJECT: return Variant(value.value.object ? RefOf(value.value.object, "object argument") : ObjectRef{});
     default: Raise(err::kInvalidArgument, "unknown variant type " + std::to_string(value.type));
   }
 }
@@ -115,7 +152,7 @@ void ToC(const Variant& value, quorvel_variant& out) {
 void Clear(quorvel_variant& value) noexcept {
   if (value.owned) {
     if (value.type == QUORVEL_TEXT) std::free(const_cast<char*>(value.value.text));
-    if (value.type == QUORVEL_OBJECT) delete value.value.object;
+    if (value.type == QUORVEL_OBJECT) ReleaseHandle(value.value.object);
   }
   value = quorvel_variant{};
 }

@@ -11,11 +11,6 @@
 #include "foundation/errors.hpp"
 #include "quorvel.h"
 
-// A handle holds one reference; the object itself may be shared with documents and other handles.
-struct quorvel_object {
-  quorvel::ObjectRef ref;
-};
-
 namespace quorvel::capi {
 
 constexpr int32_t kOutOfMemory = 7;
@@ -44,9 +39,16 @@ int32_t Guard(Body&& body) noexcept {
   }
 }
 
-// The object a handle refers to; a null handle raises "object not set" naming `what`.
-const ObjectRef& RefOf(const quorvel_object* handle, const char* what);
+// Handles are tokens, never pointers the library follows: each holds one reference in a
+// process-wide table and is never given out again once released, so a released or made-up
+// handle is recognised and refused instead of being followed into freed memory.
+//
+// The object a handle refers to; a null, released or unknown handle raises "object not set"
+// naming `what`.
+ObjectRef RefOf(const quorvel_object* handle, const char* what);
 quorvel_object* NewHandle(ObjectRef ref);
+// Drops the handle's reference; false when the handle was not alive.
+bool ReleaseHandle(const quorvel_object* handle) noexcept;
 // A C text argument; null raises the invalid-argument error naming `what`.
 std::string TextArg(const char* text, const char* what);
 char* CopyText(const std::string& text);

@@ -48,17 +48,17 @@ cairo_font_options_t* UnhintedOptions() {
   return options;
 }
 
-cairo_status_t WriteToFile(void* closure, const unsigned char* data, unsigned int length) {
-  return fwrite(data, 1, length, static_cast<FILE*>(closure)) == length ? CAIRO_STATUS_SUCCESS
-                                                                         : CAIRO_STATUS_WRITE_ERROR;
+}  // namespace
+
+cairo_status_t WriteToAtomicFile(void* closure, const unsigned char* data, unsigned int length) {
+  return static_cast<AtomicFile*>(closure)->TryWrite(data, length) ? CAIRO_STATUS_SUCCESS
+                                                                    : CAIRO_STATUS_WRITE_ERROR;
 }
 
 void CheckCairo(cairo_status_t status, const std::string& what) {
   if (status != CAIRO_STATUS_SUCCESS)
-    Raise(err::kFileError, what + ": " + cairo_status_to_string(status));
+    Raise(err::kFileError, what + ": the drawing failed: " + cairo_status_to_string(status));
 }
-
-}  // namespace
 
 CairoPainter::CairoPainter(cairo_t* cr) : cr_(cr) {
   cairo_set_font_options(cr_, UnhintedOptions());
@@ -159,34 +159,42 @@ void BeginTwipsPage(cairo_t* cr, double scale, double width, double height) {
   cairo_set_source_rgb(cr, 0, 0, 0);
 }
 
-void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path, double dpi) {
+void WritePagePng(const DrawOps& ops, double width, double height, AtomicFile& file, double dpi) {
   const double scale = dpi / 1440.0;
   const int pixel_width = std::max(1, static_cast<int>(width * scale + 0.5));
   const int pixel_height = std::max(1, static_cast<int>(height * scale + 0.5));
-  AtomicFile file(path);
   cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixel_width, pixel_height);
   cairo_t* cr = cairo_create(image);
   BeginTwipsPage(cr, scale, width, height);
   CairoPainter(cr).PaintAll(ops);
+  // A context in error draws nothing more: a page that lost its text must not be written.
+  cairo_status_t status = cairo_status(cr);
   cairo_destroy(cr);
-  const cairo_status_t status = cairo_surface_write_to_png_stream(image, WriteToFile, file.Stream());
+  if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_write_to_png_stream(image, WriteToAtomicFile, &file);
   cairo_surface_destroy(image);
-  CheckCairo(status, "PNG " + path);
+  file.Seal();  // a write failure is the file's own reason, which the cairo status would hide
+  CheckCairo(status, "PNG " + file.Path());
+}
+
+void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path, double dpi) {
+  AtomicFile file(path);
+  WritePagePng(ops, width, height, file, dpi);
   file.Commit();
 }
 
 void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path) {
   AtomicFile file(path);
-  cairo_surface_t* svg =
-      cairo_svg_surface_create_for_stream(WriteToFile, file.Stream(), width / 20.0, height / 20.0);
+  cairo_surface_t* svg = cairo_svg_surface_create_for_stream(WriteToAtomicFile, &file, width / 20.0, height / 20.0);
   cairo_svg_surface_set_document_unit(svg, CAIRO_SVG_UNIT_PT);
   cairo_t* cr = cairo_create(svg);
   BeginTwipsPage(cr, 1.0 / 20.0, width, height);
   CairoPainter(cr).PaintAll(ops);
+  cairo_status_t status = cairo_status(cr);
   cairo_destroy(cr);
   cairo_surface_finish(svg);
-  const cairo_status_t status = cairo_surface_status(svg);
+  if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(svg);
   cairo_surface_destroy(svg);
+  file.Seal();
   CheckCairo(status, "SVG " + path);
   file.Commit();
 }

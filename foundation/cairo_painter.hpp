@@ -53,6 +53,16 @@ class CairoSurface : public Surface {
   double width_, height_;
 };
 
+class AtomicFile;
+
+// A cairo write callback whose closure is an AtomicFile; a failed write stops cairo and the
+// file keeps the system's reason for Seal/Commit to raise.
+cairo_status_t WriteToAtomicFile(void* closure, const unsigned char* data, unsigned int length);
+// Raises the file error for a cairo status other than success; `what` names the output.
+void CheckCairo(cairo_status_t status, const std::string& what);
+
+// Renders one page of ops as PNG into an open file, sealed but not yet committed.
+void WritePagePng(const DrawOps& ops, double width, double height, AtomicFile& file, double dpi = 96);
 // Renders one page of ops to a PNG or SVG file, whole or not at all.
 void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path,
                   double dpi = 96);

@@ -10,15 +10,11 @@
 #include "foundation/cairo_painter.hpp"
 #include "foundation/errors.hpp"
 #include "output/escpos/escpos_device.hpp"
+#include "foundation/roll_pages.hpp"
 
 namespace quorvel {
 
 namespace {
-
-cairo_status_t WriteToFile(void* closure, const unsigned char* data, unsigned int length) {
-  return fwrite(data, 1, length, static_cast<FILE*>(closure)) == length ? CAIRO_STATUS_SUCCESS
-                                                                         : CAIRO_STATUS_WRITE_ERROR;
-}
 
 std::string Lowercase(std::string s) {
   std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -29,7 +25,7 @@ std::string Lowercase(std::string s) {
 class PdfDevice : public PageDevice {
  public:
   explicit PdfDevice(const PrinterOutput& output) : file_(output.path) {
-    surface_ = cairo_pdf_surface_create_for_stream(WriteToFile, file_.Stream(), 595, 842);
+    surface_ = cairo_pdf_surface_create_for_stream(WriteToAtomicFile, &file_, 595, 842);
     if (!output.pdf_creation_date.empty()) {
       cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE,
                                      output.pdf_creation_date.c_str());
@@ -54,23 +50,28 @@ class PdfDevice : public PageDevice {
   }
   void Finish() override {
     cairo_surface_finish(surface_);
+    file_.Seal();  // a failed write raises with the system's reason before cairo's plainer one
     Check();
     file_.Commit();
     results_.push_back(file_.Path());
   }
 
  private:
+  // A context or surface in error silently draws nothing more, so each page is checked.
   void Check() {
-    const cairo_status_t status = cairo_surface_status(surface_);
-    if (status != CAIRO_STATUS_SUCCESS)
-      Raise(err::kFileError, "PDF " + file_.Path() + ": " + cairo_status_to_string(status));
+    cairo_status_t status = cairo_status(cr_);
+    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(surface_);
+    if (status == CAIRO_STATUS_WRITE_ERROR) file_.Seal();
+    CheckCairo(status, "PDF " + file_.Path());
   }
   AtomicFile file_;
   cairo_surface_t* surface_;
   cairo_t* cr_;
 };
 
-// PATH-1.png, PATH-2.png, …: each page is rendered to a temporary file, all renamed at Finish.
+// PATH-1.png, PATH-2.png, …: each page is rendered to a temporary file, all renamed together at
+// Finish; the pages of an earlier, longer print at the same path are removed, so the set on disk
+// is always one print's.
 class PngDevice : public PageDevice {
  public:
   explicit PngDevice(const PrinterOutput& output) : stem_(output.path) {
@@ -79,20 +80,20 @@ class PngDevice : public PageDevice {
     CheckWritable(stem_ + "-1.png");
   }
   void Page(const DrawOps& ops, double width, double height) override {
-    const std::string final_name = stem_ + "-" + std::to_string(pages_.size() + 1) + ".png";
+    const std::string final_name = PageName(pages_.size() + 1);
     pages_.push_back(std::make_unique<AtomicFile>(final_name));
-    // Render to the temporary name; the committed rename happens only when the document ends.
-    WritePagePng(ops, width, height, pages_.back()->TempPath() + ".render");
-    std::filesystem::rename(pages_.back()->TempPath() + ".render", pages_.back()->TempPath());
+    WritePagePng(ops, width, height, *pages_.back());
   }
   void Finish() override {
-    for (auto& page : pages_) {
-      page->Commit();
-      results_.push_back(page->Path());
-    }
+    CommitTogether(pages_);
+    for (auto& page : pages_) results_.push_back(page->Path());
+    std::error_code ignored;
+    for (size_t n = pages_.size() + 1; std::filesystem::is_regular_file(PageName(n), ignored); ++n)
+      std::filesystem::remove(PageName(n), ignored);
   }
 
  private:
+  std::string PageName(size_t n) const { return stem_ + "-" + std::to_string(n) + ".png"; }
   std::string stem_;
   std::vector<std::unique_ptr<AtomicFile>> pages_;
 };
@@ -102,7 +103,7 @@ class SvgDevice : public PageDevice {
  public:
   explicit SvgDevice(const PrinterOutput& output) : path_(output.path) { CheckWritable(path_); }
   void Page(const DrawOps& ops, double width, double height) override {
-    for (const DrawOp& op : ops) all_.push_back(Shifted(op, offset_));
+    for (const DrawOp& op : ops) all_.push_back(ShiftedOp(op, offset_));
     width_ = std::max(width_, width);
     offset_ += height;
     if (pages_++ > 0) all_.push_back(LineOp{0, offset_ - height, width, offset_ - height});
@@ -113,14 +114,6 @@ class SvgDevice : public PageDevice {
   }
 
  private:
-  static DrawOp Shifted(DrawOp op, double dy) {
-    if (auto* t = std::get_if<TextOp>(&op)) t->y += dy;
-    if (auto* l = std::get_if<LineOp>(&op)) l->y1 += dy, l->y2 += dy;
-    if (auto* b = std::get_if<BoxOp>(&op)) b->y1 += dy, b->y2 += dy;
-    if (auto* q = std::get_if<QrOp>(&op)) q->y += dy;
-    if (auto* i = std::get_if<ImageOp>(&op)) i->y1 += dy, i->y2 += dy;
-    return op;
-  }
   std::string path_;
   DrawOps all_;
   double width_ = 0, offset_ = 0;
@@ -142,11 +135,7 @@ class OpsDevice : public PageDevice {
   }
 
  private:
-  void Write(const DrawOp& op) {
-    const std::string line = OpToJson(op) + "\n";
-    if (fwrite(line.data(), 1, line.size(), file_.Stream()) != line.size())
-      Raise(err::kFileError, "cannot write " + file_.Path());
-  }
+  void Write(const DrawOp& op) { file_.Write(OpToJson(op) + "\n"); }
   AtomicFile file_;
   int pages_ = 0;
 };

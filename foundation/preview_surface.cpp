@@ -22,11 +22,7 @@ void PreviewSurface::WriteOps(const std::string& path) const { WriteOpsFile(ops_
 
 void WriteOpsFile(const DrawOps& ops, const std::string& path) {
   AtomicFile file(path);
-  for (const DrawOp& op : ops) {
-    const std::string line = OpToJson(op) + "\n";
-    if (fwrite(line.data(), 1, line.size(), file.Stream()) != line.size())
-      Raise(err::kFileError, "cannot write " + path);
-  }
+  for (const DrawOp& op : ops) file.Write(OpToJson(op) + "\n");
   file.Commit();
 }
 

@@ -4,26 +4,10 @@
 #include <algorithm>
 
 #include "foundation/errors.hpp"
-#include "foundation/qr_code.hpp"
+#include "foundation/roll_pages.hpp"
 
 namespace quorvel {
 
-namespace {
-// The lowest point an op reaches, for cutting roll paper.
-struct OpBottom {
-  double line_height;
-  double operator()(const TextOp& t) const { return t.y + line_height * t.size; }
-  double operator()(const LineOp& l) const { return std::max(l.y1, l.y2); }
-  double operator()(const BoxOp& b) const { return std::max(b.y1, b.y2); }
-  double operator()(const QrOp& q) const;
-  double operator()(const ImageOp& i) const { return std::max(i.y1, i.y2); }
-  double operator()(const PageOp&) const { return 0; }
-  double operator()(const EndOp&) const { return 0; }
-};
-double OpBottom::operator()(const QrOp& q) const {
-  return q.y + (EncodeQr(q.data).size + 2 * kQrQuietZone) * q.module;
-}
-}  // namespace
 
 Paper Paper::Named(const std::string& name) {
   if (name == "a4") return A4();
@@ -45,11 +29,20 @@ void PrinterSurface::SetOutput(const PrinterOutput& output) {
 }
 
 void PrinterSurface::StartDocumentIfNeeded() {
+  if (failed_document_) throw *failure_;  // the rest of a failed document must not print alone
   if (device_) return;
+  // The results describe the last delivered document only: a new one clears them now.
+  last_pages_ = 0;
+  last_results_.clear();
+  delivered_ = false;
+  failure_.reset();
   try {
     device_ = OpenDevice(output_);
-  } catch (...) {
-    output_failure_ = std::current_exception();
+  } catch (const AutomationError& error) {
+    // Nothing of the document exists yet, so there is no part to keep from printing alone: the
+    // failure is remembered for PrintIt, and the next drawing simply tries again.
+    Fail(error);
+    failed_document_ = false;
     throw;
   }
   pages_ = 0;
@@ -60,49 +53,75 @@ void PrinterSurface::Emit(DrawOp op) {
   page_ops_.push_back(std::move(op));
 }
 
-double PrinterSurface::PageLength() const {
-  if (!paper_.roll) return paper_.height;
-  // Line height per point of size, from the current face; texts of other faces differ little.
-  const double per_point = LineHeight() / Font().Size();
-  double bottom = CurrentY();
-  for (const DrawOp& op : page_ops_) bottom = std::max(bottom, std::visit(OpBottom{per_point}, op));
-  return std::clamp(bottom, 1.0, 32767.0 * 20);
+void PrinterSurface::Refused(const AutomationError& error) {
+  // Also before the first drawing: the document that follows would lack what was refused.
+  Fail(error);
 }
 
 void PrinterSurface::FlushPage() {
-  device_->Page(page_ops_, paper_.width, PageLength());
+  if (!paper_.roll) {
+    device_->Page(page_ops_, paper_.width, paper_.height);
+    ++pages_;
+  } else {
+    // Line height per point of size, from the current face; texts of other faces differ little.
+    const double per_point = LineHeight() / Font().Size();
+    for (const RollPiece& piece : CutRoll(page_ops_, per_point, CurrentY())) {
+      device_->Page(piece.ops, paper_.width, piece.length);
+      ++pages_;
+    }
+  }
   page_ops_.clear();
-  ++pages_;
 }
 
 void PrinterSurface::NewPage() {
   StartDocumentIfNeeded();
   try {
     FlushPage();
+  } catch (const AutomationError& error) {
+    Fail(error);
+    throw;
   } catch (...) {
-    KillDoc();
+    Abandon();
     throw;
   }
   ResetPosition();
 }
 
 void PrinterSurface::EndDoc() {
+  if (failed_document_) {
+    failed_document_ = false;  // the failed document ends here; the next drawing starts anew
+    ResetState();
+    throw *failure_;
+  }
   if (!device_) return;  // nothing was printed: no document, no output
   try {
     FlushPage();
     device_->Finish();
+  } catch (const AutomationError& error) {
+    Fail(error);
+    failed_document_ = false;
+    throw;
   } catch (...) {
-    output_failure_ = std::current_exception();
-    KillDoc();
+    Abandon();
     throw;
   }
   last_pages_ = pages_;
   last_results_ = device_->Results();
+  delivered_ = true;
   device_.reset();
   ResetState();
 }
 
-void PrinterSurface::KillDoc() noexcept {
+void PrinterSurface::Fail(const AutomationError& error) noexcept {
+  // The first failure is the cause; later ones follow from it.
+  if (!failure_) failure_ = error;
+  if (!delivery_failure_) delivery_failure_ = error;
+  delivered_ = false;
+  failed_document_ = true;
+  Abandon();
+}
+
+void PrinterSurface::Abandon() noexcept {
   device_.reset();  // devices remove their temporary output when destroyed unfinished
   page_ops_.clear();
   pages_ = 0;
@@ -110,6 +129,20 @@ void PrinterSurface::KillDoc() noexcept {
     ResetState();
   } catch (...) {  // the default font was loaded before; it cannot vanish in between
   }
+}
+
+void PrinterSurface::KillDoc() noexcept {
+  failed_document_ = false;
+  Abandon();
+}
+
+void PrinterSurface::BeginDelivery() {
+  if (!device_) {
+    last_pages_ = 0;
+    last_results_.clear();
+    delivered_ = false;
+  }
+  delivery_failure_.reset();
 }
 
 PrinterSurface& SystemPrinter() {

@@ -3,10 +3,12 @@
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "foundation/errors.hpp"
 #include "foundation/page_devices.hpp"
 #include "foundation/surface.hpp"
 
@@ -28,6 +30,11 @@ struct Paper {
 // A document starts with the first drawing after the previous EndDoc. Each page's ops are held
 // until the page ends and then handed to the device, so memory stays flat however long the
 // document; the output appears whole at EndDoc, or not at all after KillDoc.
+//
+// Delivery: the surface remembers why a document failed (its device at a page or at EndDoc, or
+// a drawing the surface refused), even when the routine that drew it ignored the error. After
+// such a failure the document is abandoned at once and further drawing raises the same error
+// until EndDoc or KillDoc ends it, so no later part of it can reach the output on its own.
 class PrinterSurface : public Surface {
  public:
   PrinterSurface() = default;
@@ -48,21 +55,31 @@ class PrinterSurface : public Surface {
   const PrinterOutput& Output() const { return output_; }
 
   bool InDocument() const { return device_ != nullptr; }
-  // What the last completed document produced: pages and files (or queue job).
+  // What the last delivered document produced: pages and files (or queue job); empty from the
+  // moment a new document starts until it is delivered.
   int LastPageCount() const { return last_pages_; }
   const std::vector<std::string>& LastResults() const { return last_results_; }
-  // The last failure to open the output or to end a document, once: a document routine may draw
-  // and end its document with errors ignored, and its PrintIt must still tell the host that
-  // nothing was printed.
-  std::exception_ptr TakeOutputFailure() { return std::exchange(output_failure_, nullptr); }
+
+  // Whether the last document reached its output (file committed or job handed over).
+  bool Delivered() const { return delivered_; }
+  // Why the last document was not delivered, if it failed.
+  const std::optional<AutomationError>& Failure() const { return failure_; }
+  // Forgets the previous document's outcome and results, before a routine draws a new one.
+  void BeginDelivery();
+  // The first failure since BeginDelivery, of whichever document the routine drew; a routine
+  // may start another document after a failed one, and the first cause must not be lost.
+  const std::optional<AutomationError>& DeliveryFailure() const { return delivery_failure_; }
 
  protected:
   void Emit(DrawOp op) override;
+  void Refused(const AutomationError& error) override;
 
  private:
   void StartDocumentIfNeeded();
   void FlushPage();
-  double PageLength() const;
+  // Remembers `error` as the document's failure and removes its partial output.
+  void Fail(const AutomationError& error) noexcept;
+  void Abandon() noexcept;
 
   Paper paper_ = Paper::A4();
   PrinterOutput output_;
@@ -71,26 +88,32 @@ class PrinterSurface : public Surface {
   int pages_ = 0;
   int last_pages_ = 0;
   std::vector<std::string> last_results_;
-  std::exception_ptr output_failure_;
+  bool delivered_ = false;
+  bool failed_document_ = false;  // failed, and not yet ended by EndDoc or KillDoc
+  std::optional<AutomationError> failure_;
+  std::optional<AutomationError> delivery_failure_;
 };
 
 // The process-wide printer that every PrintIt draws on.
 PrinterSurface& SystemPrinter();
 
 // Runs a document routine on the system printer; if it fails, the half-made document is
-// abandoned (no partial file) and the error passes on, as does an output that could not be opened
-// or finished while the routine ignored errors.
+// abandoned (no partial file) and the error passes on. A failure the routine ignored (its final
+// EndDoc runs with errors ignored) is raised once the routine returns: success means delivered.
 template <class Routine>
 void PrintOnSystemPrinter(Routine&& routine) {
   PrinterSurface& printer = SystemPrinter();
-  printer.TakeOutputFailure();  // an earlier document's failure was that document's to report
+  printer.BeginDelivery();
   try {
     routine(printer);
   } catch (...) {
     printer.KillDoc();
     throw;
   }
-  if (std::exception_ptr failure = printer.TakeOutputFailure()) std::rethrow_exception(failure);
+  if (printer.DeliveryFailure()) {
+    printer.KillDoc();
+    throw *printer.DeliveryFailure();
+  }
 }
 
 }  // namespace quorvel

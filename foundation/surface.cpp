@@ -2,8 +2,9 @@
 #include "foundation/surface.hpp"
 
 #include <algorithm>
-#include <atomic>
+#include <cmath>
 #include <cstdio>
+#include <sstream>
 
 #include "foundation/errors.hpp"
 #include "foundation/text_shaping.hpp"
@@ -97,9 +98,28 @@ double Surface::TextHeight(std::string_view text) const {
   return static_cast<double>(lines) * LineHeight();
 }
 
+void Surface::Refuse(std::string context) {
+  const AutomationError error(err::kInvalidArgument, StandardDescription(err::kInvalidArgument), std::move(context));
+  Refused(error);
+  throw error;
+}
+
+double Surface::Checked(double value, const char* member) {
+  if (!std::isfinite(value) || std::fabs(value) > kFarthest) {
+    std::ostringstream text;
+    text << member << ": " << value << " twips is not a position on the page";
+    Refuse(text.str());
+  }
+  return value;
+}
+
 void Surface::Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour) {
   (void)colour;
   NoteInk(x1, y1, x2, y2);
+  Checked(x1, "Line x1");
+  Checked(y1, "Line y1");
+  Checked(x2, "Line x2");
+  Checked(y2, "Line y2");
   if (form == 4) {
     Emit(LineOp{x1, y1, x2, y2});
   } else if (form == 20) {
@@ -137,6 +157,8 @@ bool Surface::IsBlank(double x1, double y1, double x2, double y2) const {
 
 std::string_view Surface::DrawLines(std::string_view text) {
   RequireUtf8(text, "printed text");
+  if (const size_t at = text.find('\0'); at != std::string_view::npos)
+    Refuse("printed text: a NUL character at byte " + std::to_string(at + 1) + " would cut the text there");
   std::string_view last;
   bool first = true;
   ForEachLine(text, [&](std::string_view line) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/draw_ops.hpp"
+#include "foundation/errors.hpp"
 #include "foundation/font_metrics.hpp"
 
 namespace quorvel {
@@ -37,10 +38,12 @@ class Surface {
  public:
   virtual ~Surface() = default;
 
+  // Positions must be finite and within kFarthest of the origin; anything else is refused with
+  // the invalid-argument error naming the member, so no op ever carries inf or NaN.
   double CurrentX() const { return x_; }
-  void CurrentX(double x) { x_ = x; }
+  void CurrentX(double x) { x_ = Checked(x, "CurrentX"); }
   double CurrentY() const { return y_; }
-  void CurrentY(double y) { y_ = y; }
+  void CurrentY(double y) { y_ = Checked(y, "CurrentY"); }
   virtual double Width() const = 0;
   virtual double Height() const = 0;
   SurfaceFont& Font() { return font_; }
@@ -57,6 +60,7 @@ class Surface {
   // error. The position ends at (x2, y2). The colour is accepted and drawn as black.
   void Line(int16_t form, double x1, double y1, double x2, double y2, int32_t colour = 0);
 
+  // A text holding a NUL character is refused naming it: drawing would cut it there.
   void Print(std::string_view text);          // form 1: draw, then next line at X 0
   void Print();                               // form 2: next line without drawing
   void PrintSameLine(std::string_view text);  // form 3: draw, stay on the line after the text
@@ -88,6 +92,9 @@ class Surface {
 
  protected:
   virtual void Emit(DrawOp op) = 0;
+  // Told of every argument the surface refuses, before the error is raised; a printer uses it
+  // to fail the document that the refused drawing belonged to.
+  virtual void Refused(const AutomationError& error) { (void)error; }
   // Back to the start state of a document: (0, 0), Arial 10 pt, not bold. The text warnings
   // collected so far become the last document's.
   void ResetState();
@@ -97,6 +104,8 @@ class Surface {
   }
 
  private:
+  double Checked(double value, const char* member);
+  [[noreturn]] void Refuse(std::string context);
   // Draws each CRLF line (empty ones draw nothing); returns the last line.
   std::string_view DrawLines(std::string_view text);
   // Records (or, in strict mode, raises) the characters of `line` that no installed font has.
@@ -121,5 +130,10 @@ bool StrictText();
 
 // "U+0378 U+E0001": the code points of `missing`, for warnings and errors.
 std::string CodePointNames(std::u32string_view missing);
+
+// The farthest a position may lie from the origin, in twips (about 176 km): beyond every 32-bit
+// value a host may set (a top margin of two billion twips) plus a page's offsets, yet small
+// enough that arithmetic on it stays exact.
+constexpr double kFarthest = 1e10;
 
 }  // namespace quorvel

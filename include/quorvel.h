@@ -69,7 +69,9 @@ int32_t quorvel_put(quorvel_object* object, const char* member, const quorvel_va
 int32_t quorvel_call(quorvel_object* object, const char* member, quorvel_variant* args, int32_t count,
                      quorvel_variant* result);
 
-/* Gives up one handle; the object lives on while documents or other handles still hold it. NULL is allowed. */
+/* Gives up one handle; the object lives on while documents or other handles still hold it. NULL is allowed.
+   A handle already given back (or never given out) is refused with error 91; every other function
+   refuses such a handle the same way. */
 int32_t quorvel_release(quorvel_object* object);
 
 /* Releases an owned text or object and sets the variant to QUORVEL_EMPTY; a caller's own variant is only emptied. */
@@ -82,8 +84,8 @@ int32_t quorvel_text_free(char* text);
 int32_t quorvel_same_object(const quorvel_object* first, const quorvel_object* second, int32_t* same);
 
 /* The number and message of the calling thread's last call (0 and "" after a success). Giving
-   back (quorvel_release, quorvel_variant_clear, quorvel_text_free) never fails and leaves it as it
-   was. The message stays valid until this thread's next call of another function. */
+   back (quorvel_release, quorvel_variant_clear, quorvel_text_free) leaves it as it was, except
+   quorvel_release of a handle that is not alive. The message stays valid until this thread's next call of another function. */
 int32_t quorvel_last_error(int32_t* number, const char** message);
 
 /* A handle to the process-wide system printer, the surface every PrintIt draws on. */

@@ -3,8 +3,10 @@
 #include <cups/cups.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <regex>
+#include <thread>
 
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
@@ -12,6 +14,10 @@
 #include "invoices/invoice.hpp"
 #include "invoices/invoice_printer.hpp"
 #include "print_queue/cups_job.hpp"
+#include "receipts/receipt_printer.hpp"
+#include "robustness/robustness_helpers.hpp"
+#include "statements/statement_printer.hpp"
+#include "support/documents_helpers.hpp"
 #include "support/capi_helpers.hpp"
 #include "support/ops_helpers.hpp"
 #include "support/print_queue_helpers.hpp"
@@ -116,6 +122,14 @@ class RealScheduler : public PrinterOutputRestored {
     arrived_.push_back(pdf);
     EXPECT_EQ(RunCommand("pdfinfo '" + pdf + "' | sed -n 's/^Pages: *//p'"), std::to_string(expected_pages) + "\n");
     return RunCommand("pdftotext -layout '" + pdf + "' -");
+  }
+  // Waits until a document has started rendering for the queue (its folder appears in TMPDIR),
+  // then makes the queue refuse jobs, as if an operator stopped it mid-document.
+  void RejectOnceStarted() {
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (fs::is_empty(dir_ + "/jobs") && std::chrono::steady_clock::now() < give_up)
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    Admin("cupsreject QuorvelPDF");
   }
   bool NothingQueued() {
     for (const JobInfo& job : Jobs(socket_))
@@ -237,6 +251,81 @@ TEST_F(RealScheduler, NoDefaultQueueOrAStoppedSchedulerIsAClearError) {
   });
   EXPECT_FALSE(SystemPrinter().InDocument());
   EXPECT_TRUE(fs::is_empty(dir_ + "/jobs"));
+}
+
+
+TEST_F(RealScheduler, AReceiptToAMissingQueueFailsThroughPrintItTheCInterfaceAndTheCommand) {
+  PrinterOutput office;
+  office.kind = PrinterOutput::Kind::Queue;
+  office.queue = "Office";
+  OnFreshThread([&] {
+    SystemPrinter().SetOutput(office);
+    ClassInvoice receipt;
+    receipt.Store = "Corner Tea House";
+    receipt.AddItem(MakeItem("Green tea", "Green tea 250 g", "4.50"));
+    std::string context;
+    EXPECT_EQ(ErrorNumberOf([&] { ReceiptPrinter().PrintIt(receipt); }, &context), print_queue::kPrinterError);
+    EXPECT_TRUE(Contains(context, "no print queue named \"Office\"")) << context;
+    EXPECT_FALSE(SystemPrinter().Delivered());
+
+    ASSERT_EQ(quorvel_printer_set_queue("Office", nullptr), QUORVEL_OK);
+    CObject slip = Create("Quorvel.ClassInvoice");
+    Put(slip, "Store", CText("Corner Tea House"));
+    CObject printer = Create("Quorvel.ReceiptPrinter");
+    std::vector<quorvel_variant> args{CObj(slip)};
+    EXPECT_EQ(quorvel_call(printer.get(), "PrintIt", args.data(), 1, nullptr), print_queue::kPrinterError);
+    EXPECT_TRUE(Contains(LastError(), "no print queue named \"Office\"")) << LastError();
+    EXPECT_TRUE(LastResults().empty());
+  });
+  const ShellResult cli = Shell(kCommand + " print " QUORVEL_SOURCE_DIR "/demo/samples/receipt.json --printer Office");
+  EXPECT_EQ(cli.status, 2);
+  EXPECT_TRUE(Contains(cli.output, "error 482")) << cli.output;
+  EXPECT_FALSE(Contains(cli.output, "pages")) << cli.output;
+  EXPECT_TRUE(NothingQueued());
+}
+
+TEST_F(RealScheduler, AQueueThatStopsAcceptingMidDocumentFailsThroughPrintItTheCInterfaceAndTheCommand) {
+  const std::string refused = "print queue \"QuorvelPDF\" refused the job";
+  OnFreshThread([&] {
+    PrinterOutput queue;
+    queue.kind = PrinterOutput::Kind::Queue;  // the default destination
+    SystemPrinter().SetOutput(queue);
+    const auto statement = SampleStatement(20000, 0);
+    std::string context;
+    std::thread rejecter([&] { RejectOnceStarted(); });
+    EXPECT_EQ(ErrorNumberOf([&] { ClassStatementPrinter().PrintIt(*statement, true); }, &context),
+              print_queue::kPrinterError);
+    rejecter.join();
+    EXPECT_TRUE(Contains(context, refused)) << context;
+    EXPECT_TRUE(SystemPrinter().LastResults().empty());
+  });
+  Admin("cupsaccept QuorvelPDF");
+
+  // The C interface: a cheque list leaves its document open for the host to end.
+  OnFreshThread([&] {
+    ASSERT_EQ(quorvel_printer_set_queue(nullptr, nullptr), QUORVEL_OK);
+    CObject statement = Create("Quorvel.ClassStatement");
+    CObject printer = Create("Quorvel.ClassCheckPrinter");
+    CObject surface;
+    quorvel_object* handle = nullptr;
+    ASSERT_EQ(quorvel_system_printer(&handle), QUORVEL_OK);
+    surface = CObject(handle);
+    Call(printer, "PrintChecks", {CObj(surface), CObj(statement), CBool(true), CBool(true), CInt(1)});
+    Admin("cupsreject QuorvelPDF");
+    EXPECT_EQ(quorvel_printer_end_doc(), print_queue::kPrinterError);
+    EXPECT_TRUE(Contains(LastError(), refused)) << LastError();
+    EXPECT_TRUE(LastResults().empty());
+  });
+  Admin("cupsaccept QuorvelPDF");
+
+  const std::string document = StatementWithLines(dir_, 20000);
+  std::thread rejecter([&] { RejectOnceStarted(); });
+  const ShellResult cli = Shell(kCommand + " print '" + document + "' --printer");
+  rejecter.join();
+  EXPECT_EQ(cli.status, 2);
+  EXPECT_TRUE(Contains(cli.output, "error 482")) << cli.output;
+  EXPECT_TRUE(Contains(cli.output, refused)) << cli.output;
+  EXPECT_TRUE(NothingQueued());
 }
 
 }  // namespace

@@ -51,6 +51,19 @@ inline std::set<std::string> Entries(const std::string& dir) {
   return names;
 }
 
+// DIR/lines.json: the sample statement with `lines` short ledger lines, written as text so that
+// a million lines cost no JSON document in memory.
+inline std::string StatementWithLines(const std::string& dir, int lines) {
+  std::string doc = LoadSample("statement").dump();
+  const std::string key = "\"StatementItems\":[";
+  const size_t start = doc.find(key) + key.size();
+  doc.erase(start, doc.find(']', start) - start);
+  std::string items;
+  for (int i = 0; i < lines; ++i) items += (i ? "," : "") + std::string("{\"Description\":\"x\",\"balance\":\"1.00\"}");
+  doc.insert(start, items);
+  return WriteFile(dir + "/lines.json", doc);
+}
+
 // The page count pdfinfo reads from a PDF; 0 when it cannot read it as one.
 inline int PdfPages(const std::string& path) {
   FILE* pipe = popen(("pdfinfo '" + path + "' 2>/dev/null").c_str(), "r");

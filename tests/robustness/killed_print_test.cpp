@@ -1,0 +1,55 @@
+// A print killed part way leaves no file at its path, and the next run in that folder removes
+// the temporary file the killed one left.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "robustness/robustness_helpers.hpp"
+#include "support/ops_helpers.hpp"
+#include "support/output_helpers.hpp"
+
+extern char** environ;
+
+namespace quorvel::testing {
+namespace {
+
+pid_t StartPrint(const std::string& document, const std::string& output) {
+  const std::string command = QUORVEL_BINARY_DIR "/cli/quorvel";
+  std::vector<std::string> words = {command, "print", document, "-o", output};
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  pid_t pid = -1;
+  return posix_spawn(&pid, command.c_str(), nullptr, nullptr, argv.data(), environ) == 0 ? pid : -1;
+}
+
+TEST(KilledPrint, NoPartialFileAndTheNextRunRemovesTheLeftoverTemporaryFile) {
+  const std::string dir = TempDir("killed");
+  const std::string document = StatementWithLines(dir, 20000);
+  const pid_t pid = StartPrint(document, dir + "/out.pdf");
+  ASSERT_GT(pid, 0);
+  // The PDF's temporary file appears when the first page is drawn; hundreds of pages follow.
+  const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (TemporaryFiles(dir) == 0 && std::chrono::steady_clock::now() < give_up)
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  kill(pid, SIGKILL);
+  int status = 0;
+  waitpid(pid, &status, 0);
+  ASSERT_TRUE(WIFSIGNALED(status)) << "the print ended before it was killed";
+  EXPECT_EQ(Entries(dir).count("out.pdf"), 0u);
+  EXPECT_EQ(TemporaryFiles(dir), 1);
+
+  const CommandResult next =
+      RunQuorvel("print " QUORVEL_SOURCE_DIR "/demo/samples/voucher.json -o '" + dir + "/voucher.pdf'");
+  ASSERT_EQ(next.exit_code, 0) << next.output;
+  EXPECT_EQ(Entries(dir), (std::set<std::string>{"lines.json", "voucher.pdf"}));
+}
+
+}  // namespace
+}  // namespace quorvel::testing
