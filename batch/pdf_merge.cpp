@@ -4,6 +4,7 @@
 #include <qpdf/ClosedFileInputSource.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <memory>
@@ -38,10 +39,15 @@ long MergePdfs(const std::vector<std::string>& parts, const std::string& path) {
     }
   }
   try {
+    // Written into memory, then through the checked writer: every byte of the file is checked.
     QPDFWriter writer(merged);
-    writer.setOutputFile(path.c_str(), file.Stream(), false);
+    writer.setOutputMemory();
     writer.setStaticID(false);
     writer.write();
+    std::shared_ptr<Buffer> bytes(writer.getBuffer());
+    file.Write(bytes->getBuffer(), bytes->getSize());
+  } catch (const AutomationError&) {
+    throw;
   } catch (const std::exception& e) {
     Raise(err::kFileError, "cannot write " + path + ": " + e.what());
   }

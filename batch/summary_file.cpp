@@ -31,8 +31,7 @@ nlohmann::json SummaryJson(const BatchSummary& summary) {
 void WriteSummaryFile(const BatchSummary& summary, const std::string& path) {
   AtomicFile file(path);
   const std::string text = SummaryJson(summary).dump(2) + "\n";
-  if (std::fwrite(text.data(), 1, text.size(), file.Stream()) != text.size())
-    Raise(err::kFileError, "cannot write " + path);
+  file.Write(text);
   file.Commit();
 }
 

@@ -2,6 +2,7 @@
 #include "foundation/surface.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <sstream>

@@ -42,8 +42,7 @@ class EscPosDevice : public PageDevice {
     switch (destination_.kind) {
       case Destination::Kind::File: {
         AtomicFile file(destination_.path);
-        if (fwrite(job_.data(), 1, job_.size(), file.Stream()) != job_.size())
-          Raise(err::kFileError, "cannot write " + destination_.path);
+        file.Write(job_);
         file.Commit();
         return destination_.path;
       }

@@ -129,7 +129,7 @@ Object NewPreview(double width, double height) {
     quorvel_last_error(&number, &message);
     throw AutomationError(number, message);
   }
-  Object preview{handle->ref};
+  Object preview{capi::RefOf(handle, "preview")};
   quorvel_release(handle);
   return preview;
 }
