@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
 
 namespace quorvel::batch {
@@ -205,6 +206,7 @@ Outcome WorkerPool::Lost(Worker& worker, int status) {
   else outcome.message += "ended (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
   outcome.message += " while printing this document";
   RemoveTemporariesOf(worker.job.path);
+  RemoveTemporariesOfProcess(worker.job.path, worker.pid);
   return outcome;
 }
 
@@ -228,8 +230,8 @@ std::vector<Outcome> WorkerPool::Collect(int timeout_ms) {
     int status = 0;
     while (waitpid(worker.pid, &status, 0) < 0 && errno == EINTR) {
     }
+    finished.push_back(Lost(worker, status));  // while its pid still names its temporary files
     worker.pid = -1;
-    finished.push_back(Lost(worker, status));
     worker.to_worker = worker.from_worker = -1;
     Start(worker);
   }

@@ -86,6 +86,18 @@ void RemoveStaleTemporaries(const std::string& dir) {
   closedir(listing);
 }
 
+}  // namespace
+
+void RemoveTemporariesOfProcess(const std::string& path, int owner) {
+  DIR* listing = opendir(DirectoryOf(path).c_str());
+  if (!listing) return;
+  while (const dirent* entry = readdir(listing))
+    if (owner > 0 && OwnerOf(entry->d_name) == owner) unlinkat(dirfd(listing), entry->d_name, 0);
+  closedir(listing);
+}
+
+namespace {
+
 std::string NewTempPath(const std::string& path) {
   static std::atomic<unsigned> sequence{0};
   const std::string name = std::filesystem::path(path).filename().string();

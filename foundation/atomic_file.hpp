@@ -57,6 +57,10 @@ class AtomicFile {
 // stays whole.
 void CommitTogether(std::vector<std::unique_ptr<AtomicFile>>& files);
 
+// Removes the temporary files that process `owner` left in the folder of `path`: for a parent
+// whose worker process died while writing there.
+void RemoveTemporariesOfProcess(const std::string& path, int owner);
+
 // Raises the file error unless a file could be created at `path`. Lets a host learn of a bad
 // output path before anything is printed.
 void CheckWritable(const std::string& path);

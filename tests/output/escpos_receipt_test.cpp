@@ -13,6 +13,9 @@
 #include "support/escpos_fixture.hpp"
 #include "support/ops_helpers.hpp"
 #include "support/print_queue_helpers.hpp"
+#include "support/shaping_helpers.hpp"
+#include "automation/document_file.hpp"
+#include "automation/document_job.hpp"
 
 namespace quorvel {
 namespace {
@@ -108,6 +111,32 @@ TEST_F(EscPosPrinting, TheSampleReceiptReachesANetworkPrinterDotForDot) {
   const int rightmost = RightmostBlack(job.picture);
   EXPECT_GT(rightmost, 400);
   EXPECT_LE(rightmost, static_cast<int>(std::lround(4176 * 576 / kRollWidth)));
+}
+
+// An Arabic store name reaches the thermal printer shaped: its runs are hb-shape's glyphs in the
+// Arabic fallback face, and the printed dots are the PNG path's picture of the same page.
+TEST_F(EscPosPrinting, AnArabicStoreNamePrintsShapedOnTheRaster) {
+  const std::string store = "فرع النور";
+  auto print = [&] {
+    nlohmann::json document = ReadDocumentFile(kReceiptSample);
+    document["document"]["Store"] = store;
+    PrintJobOnSystemPrinter(LoadDocumentJob(document));
+  };
+  const std::vector<DrawOps> pages = DrawnPages(print);
+  ASSERT_EQ(pages.size(), 1u);
+  const TextOp store_line = FindText(pages[0], store);
+  ExpectRunsShapedAsHbShape(store_line);
+  for (const GlyphRun& run : GlyphRunsOf(store_line))
+    EXPECT_NE(run.face->File().find("Arabic"), std::string::npos) << run.face->File();
+
+  FakeNetworkPrinter printer(FakeNetworkPrinter::Behaviour::TakeAll);
+  SystemPrinter().SetOutput(EscPos(printer.Uri()));
+  print();
+  const std::vector<std::string> jobs = printer.Jobs();
+  ASSERT_EQ(jobs.size(), 1u);
+  const EscPosJob job = ReadEscPos(jobs[0]);
+  ExpectReceiptFrame(job, true, false);
+  ExpectRollPicture(job.picture, PngPicture(pages[0], kRollWidth, kRollLength, 576));
 }
 
 // The sample receipt through the C interface's setter to a file, with each paper, resolution,

@@ -69,7 +69,7 @@ TEST(InputFiles, InvalidUtf8IsNamedByItsField) {
   EXPECT_TRUE(Contains(context, "document.Store: the text is not valid UTF-8")) << context;
 }
 
-TEST(LineLimits, AMillionLinesAreRefusedWithTheOverflowErrorAndNothingWritten) {
+TEST(LoaderLineLimits, AMillionLinesAreRefusedWithTheOverflowErrorAndNothingWritten) {
   const std::string dir = TempDir("million");
   const std::string file = StatementWithLines(dir, 1000000);
   std::string context;
@@ -81,7 +81,7 @@ TEST(LineLimits, AMillionLinesAreRefusedWithTheOverflowErrorAndNothingWritten) {
   EXPECT_EQ(Entries(dir), (std::set<std::string>{"lines.json"}));
 }
 
-TEST(LineLimits, ThirtyTwoThousandSevenHundredSixtySevenLinesAreRead) {
+TEST(LoaderLineLimits, ThirtyTwoThousandSevenHundredSixtySevenLinesAreRead) {
   const std::string dir = TempDir("limit");
   EXPECT_EQ(ReadDocumentFile(StatementWithLines(dir, 32767))["document"]["StatementItems"].size(), 32767u);
   EXPECT_EQ(ErrorNumberOf([&] { ReadDocumentFile(StatementWithLines(dir, 32768)); }), err::kOverflow);

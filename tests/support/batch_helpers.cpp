@@ -116,7 +116,8 @@ std::vector<std::string> Temporaries(const std::string& dir) {
   std::vector<std::string> found;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(dir)) {
     const std::string name = entry.path().filename().string();
-    if (name.find(".tmp-") != std::string::npos || name.rfind(".quorvel-batch-", 0) == 0)
+    if (name.find(".tmp-") != std::string::npos || name.rfind(".quorvel-tmp-", 0) == 0 ||
+        name.rfind(".quorvel-batch-", 0) == 0)
       found.push_back(entry.path().string());
   }
   return found;
