@@ -68,9 +68,15 @@ def _print_whole(quorvel, document, path):
     folder, base = os.path.split(path)
     os.makedirs(folder or ".", exist_ok=True)
     ending = os.path.splitext(base)[1]
-    # A worker killed mid-write leaves its temporary behind; this rerun of its task clears it.
-    for stale in glob.glob(os.path.join(glob.escape(folder or "."), ".%s.tmp-*" % glob.escape(base))):
-        os.unlink(stale)
+    # A worker killed mid-write leaves its temporaries behind (ours, and the library writer's
+    # ".quorvel-tmp-PID-N-" one inside it); this rerun of its task clears them.
+    here = glob.escape(folder or ".")
+    for pattern in (".%s.tmp-*", ".quorvel-tmp-*-*-.%s.tmp-*"):
+        for stale in glob.glob(os.path.join(here, pattern % glob.escape(base))):
+            try:
+                os.unlink(stale)
+            except FileNotFoundError:
+                pass
     temporary = os.path.join(folder, ".%s.tmp-%s%s" % (base, uuid.uuid4().hex, ending))
     try:
         with _PRINTING:
