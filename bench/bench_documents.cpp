@@ -11,7 +11,7 @@
 
 #include "cheque_lists/check_printer.hpp"
 #include "delivery_notes/delivery_note_printer.hpp"
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/preview_surface.hpp"

@@ -38,7 +38,7 @@ int32_t quorvel_printer_set_output(const char* path, const char* paper) {
   return capi::Guard([&] {
     const PrinterOutput output = PrinterOutput::ForPath(capi::TextArg(path, "output path"));
     // A bad folder is reported now, not when the document is already drawn.
-    quorvel::CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+    quorvel::CheckOutputWritable(output);
     ApplyOutput(output, paper);
   });
 }
@@ -46,7 +46,7 @@ int32_t quorvel_printer_set_output(const char* path, const char* paper) {
 int32_t quorvel_printer_set_queue(const char* queue, const char* paper) {
   return capi::Guard([&] {
     PrinterOutput output;
-    output.kind = PrinterOutput::Kind::Queue;
+    output.device = "queue";
     output.queue = queue ? queue : "";
     ApplyOutput(output, paper);
   });

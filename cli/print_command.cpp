@@ -6,7 +6,6 @@
 #include "cli/commands.hpp"
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
 
@@ -34,12 +33,12 @@ int RunPrint(const PrintOptions& options) {
   const Paper paper = Paper::Named(options.paper);
   PrinterOutput output;
   if (options.to_queue) {
-    output.kind = PrinterOutput::Kind::Queue;
+    output.device = "queue";
     output.queue = options.queue;
   } else {
     if (options.output.empty()) Raise(err::kInvalidArgument, "-o OUT is needed (or --printer)");
     output = PrinterOutput::ForPath(options.output);
-    CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+    CheckOutputWritable(output);
   }
   // Everything is read and checked before anything is drawn.
   const DocumentJob job = LoadDocumentJobFile(options.document);

@@ -20,6 +20,9 @@ struct BoxOp { double x1 = 0, y1 = 0, x2 = 0, y2 = 0; };   // Line form 20, outl
 struct PageOp {};                                          // NewPage
 struct EndOp {};                                           // EndDoc
 
+// Adding an op kind: put it in this variant, give it a line of the ops format (draw_ops.cpp) and
+// a pure virtual Draw in PageDevice (output/device.hpp). Every device, the cairo painter and the
+// printer's roll-length visitor then fail to build until they handle it.
 using DrawOp = std::variant<TextOp, LineOp, BoxOp, PageOp, EndOp>;
 using DrawOps = std::vector<DrawOp>;
 

@@ -21,6 +21,7 @@ class PreviewSurface : public Surface {
   const DrawOps& Ops() const { return ops_; }
   void Clear();
 
+  // The picture through the png, svg or ops device, whole or not at all.
   void WritePng(const std::string& path, double dpi = 96) const;
   void WriteSvg(const std::string& path) const;
   void WriteOps(const std::string& path) const;
@@ -32,8 +33,5 @@ class PreviewSurface : public Surface {
   double width_, height_;
   DrawOps ops_;
 };
-
-// Writes ops as the ops text format, one per line, whole or not at all.
-void WriteOpsFile(const DrawOps& ops, const std::string& path);
 
 }  // namespace quorvel

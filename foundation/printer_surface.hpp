@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "foundation/surface.hpp"
 
 namespace quorvel {

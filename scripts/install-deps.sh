@@ -5,7 +5,7 @@ set -euo pipefail
 # Build and runtime libraries, fonts and the tools the tests drive.
 packages=(
   build-essential cmake ninja-build pkg-config
-  libcairo2-dev libfreetype-dev libfontconfig-dev fonts-liberation2
+  libcairo2-dev libfreetype-dev libfontconfig-dev fonts-liberation2 libharfbuzz-dev libdeflate-dev
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   poppler-utils python3

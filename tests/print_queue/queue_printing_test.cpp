@@ -11,7 +11,7 @@
 #include "foundation/printer_surface.hpp"
 #include "invoices/invoice.hpp"
 #include "invoices/invoice_printer.hpp"
-#include "print_queue/cups_job.hpp"
+#include "output/cups_job.hpp"
 #include "support/capi_helpers.hpp"
 #include "support/ops_helpers.hpp"
 #include "support/print_queue_helpers.hpp"
@@ -131,7 +131,7 @@ class RealScheduler : public PrinterOutputRestored {
 
 void PrintInvoiceWithCpp(int& job, int& pages) {
   PrinterOutput queue;
-  queue.kind = PrinterOutput::Kind::Queue;  // the default destination
+  queue.device = "queue";  // the default destination
   SystemPrinter().SetOutput(queue);
   ClassInvoice invoice;
   invoice.printTitle = "Invoice";

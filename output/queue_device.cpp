@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
-#include "print_queue/cups_job.hpp"
+#include "output/cups_job.hpp"
+#include "output/device.hpp"
 
 namespace quorvel::print_queue {
 
@@ -42,18 +42,27 @@ class QueueDevice : public PageDevice {
  public:
   explicit QueueDevice(const PrinterOutput& output) : queue_(FindQueue(output.queue)) {
     PrinterOutput pdf;
-    pdf.kind = PrinterOutput::Kind::Pdf;
+    pdf.device = "pdf";
     pdf.path = folder_.Path() + "/document.pdf";
     pdf.pdf_creation_date = output.pdf_creation_date;
-    pdf_ = OpenPdfDevice(pdf);
-  }
-  void Page(const DrawOps& ops, double width, double height) override {
-    pdf_->Page(ops, width, height);
-    const std::string media = MediaName(width, height);
-    media_ = pages_++ == 0 || media == media_ ? media : "";  // pages of different sizes: no one paper
+    pdf_ = OpenDevice(pdf);
   }
 
-  void Finish() override {
+ protected:
+  // The pages pass whole to the PDF device; this device only notes their paper.
+  void BeginPage(const PageInfo& page) override {
+    const std::string media = MediaName(page.width, page.height);
+    media_ = pages_++ == 0 || media == media_ ? media : "";  // pages of different sizes: no one paper
+    ops_.clear();
+    width_ = page.width;
+    height_ = page.height;
+  }
+  void Draw(const TextOp& op) override { ops_.push_back(op); }
+  void Draw(const LineOp& op) override { ops_.push_back(op); }
+  void Draw(const BoxOp& op) override { ops_.push_back(op); }
+  void EndPage() override { pdf_->Page(ops_, width_, height_); }
+
+  void EndDocument() override {
     pdf_->Finish();
     const int job = SubmitPdf(queue_, pdf_->Results().front(), "Quorvel document", media_);
     results_.push_back("job " + queue_ + "-" + std::to_string(job));
@@ -65,19 +74,20 @@ class QueueDevice : public PageDevice {
   std::unique_ptr<PageDevice> pdf_;  // declared after its folder, so its temporary file goes first
   std::string media_;
   int pages_ = 0;
+  DrawOps ops_;
+  double width_ = 0, height_ = 0;
 };
-
-int Register() {
-  RegisterQueueDevice([](const PrinterOutput& output) { return std::make_unique<QueueDevice>(output); });
-  return 1;
-}
 
 }  // namespace
 
 }  // namespace quorvel::print_queue
 
-// Registers the device when the program starts. The build asks the linker for this symbol, so
-// every program that links the library carries the registration.
-extern "C" {
-int quorvel_print_queue_device = quorvel::print_queue::Register();
+namespace quorvel {
+
+void RegisterQueueDevice() {
+  RegisterDevice({"queue", {}, false, false, [](const PrinterOutput& output) {
+                    return std::make_unique<print_queue::QueueDevice>(output);
+                  }});
 }
+
+}  // namespace quorvel

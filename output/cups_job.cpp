@@ -1,5 +1,5 @@
 // CUPS scheduler calls: destination lookup, and job creation, document streaming and cancelling.
-#include "print_queue/cups_job.hpp"
+#include "output/cups_job.hpp"
 
 #include <cups/cups.h>
 

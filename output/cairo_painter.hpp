@@ -1,15 +1,17 @@
-// Replays drawing ops into cairo: the one place where ops become pixels, PDF or SVG.
+// Replays drawing ops into cairo: where ops become pixels, a cairo PDF or an SVG.
 #pragma once
 
 #include <cairo.h>
+
+#include <string>
 
 #include "foundation/draw_ops.hpp"
 #include "foundation/surface.hpp"
 
 namespace quorvel {
 
-// Paints ops on a cairo context whose user space is twips (origin top-left, y down).
-// Text is set with the same faces and unhinted advances that the surfaces measure with.
+// Paints ops on a cairo context whose user space is twips (origin top-left, y down). Text is
+// drawn as the glyph runs every device draws, at the positions the surfaces measured.
 class CairoPainter {
  public:
   explicit CairoPainter(cairo_t* cr);
@@ -26,10 +28,9 @@ class CairoPainter {
 
  private:
   cairo_t* cr_;
-  const FontFace* face_ = nullptr;  // the previous text op's face, selected on the context
-  std::string last_font_name_;
-  double last_size_ = 0;
-  bool last_bold_ = false;
+  const FontFace* face_ = nullptr;  // the face selected on the context
+  double size_ = 0;                 // and its size in points
+  std::vector<cairo_glyph_t> glyphs_;  // reused between ops
 };
 
 // Sets up `cr` for a page of `width` twips drawn at `scale` device units per twip: white
@@ -51,9 +52,9 @@ class CairoSurface : public Surface {
   double width_, height_;
 };
 
-// Renders one page of ops to a PNG or SVG file, whole or not at all.
-void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path,
-                  double dpi = 96);
-void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path);
+// cairo's write callback onto a stdio stream.
+cairo_status_t WriteCairoToFile(void* closure, const unsigned char* data, unsigned int length);
+// Raises the file error naming `what` unless `status` is success.
+void CheckCairo(cairo_status_t status, const std::string& what);
 
 }  // namespace quorvel
