@@ -94,13 +94,18 @@ PrinterOutput PrinterOutput::ForPath(const std::string& path) {
   output.path = path;
   output.device.clear();
   const std::string ending = Lowercase(std::filesystem::path(path).extension().string());
-  std::string endings;
+  std::vector<std::string> endings;
   for (const DeviceEntry& entry : RegisteredDevices())
     for (const std::string& known : entry.endings) {
       if (known == ending && output.device.empty()) output.device = entry.name;
-      endings += (endings.empty() ? "" : ", ") + known;
+      if (std::find(endings.begin(), endings.end(), known) == endings.end()) endings.push_back(known);
     }
-  if (output.device.empty()) Raise(err::kInvalidArgument, "output " + path + ": the ending must be one of " + endings);
+  if (output.device.empty()) {
+    std::string list;
+    for (size_t i = 0; i < endings.size(); ++i)
+      list += (i == 0 ? "" : i + 1 == endings.size() ? " or " : ", ") + endings[i];
+    Raise(err::kInvalidArgument, "output " + path + ": the ending must be " + list);
+  }
   return output;
 }
 

@@ -56,7 +56,7 @@ class PdfDevice : public PageDevice {
     page_fonts_.clear();
     // Twips with the origin top-left, y down, like the ops; the pen starts as the painters' does.
     content_ += "0.05 0 0 -0.05 0 ";
-    pdf::AppendNumber(content_, page.height / 20.0);
+    pdf::AppendNumber(content_, page.height / 20.0, 4);
     content_ += " cm 10 w 0 g 0 G\n";
     static_assert(kPenTwips == 10);
   }
@@ -147,9 +147,9 @@ void PdfDevice::EndPage() {
   out += "<</Type/Page/Parent ";
   pdf::AppendInt(out, pages_object_);
   out += " 0 R/MediaBox[0 0 ";
-  pdf::AppendNumber(out, width_ / 20.0);
+  pdf::AppendNumber(out, width_ / 20.0, 4);  // a cut roll's length is any fraction of a twip
   out += ' ';
-  pdf::AppendNumber(out, height_ / 20.0);
+  pdf::AppendNumber(out, height_ / 20.0, 4);
   out += "]/Contents ";
   pdf::AppendInt(out, content);
   out += " 0 R/Resources<</Font<<";

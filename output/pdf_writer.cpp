@@ -3,6 +3,7 @@
 
 #include <libdeflate.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <memory>
@@ -21,15 +22,17 @@ struct CompressorFree {
 };
 }  // namespace
 
-void AppendNumber(std::string& out, double value) {
+void AppendNumber(std::string& out, double value, int decimals) {
   if (!std::isfinite(value)) Raise(err::kInvalidArgument, "a drawing position is not a finite number");
-  const double rounded = std::round(value * 1000.0) / 1000.0;
+  static const double kScales[] = {1, 10, 100, 1000, 10000};
+  const double scale = kScales[std::clamp(decimals, 0, 4)];
+  const double rounded = std::round(value * scale) / scale;
   if (rounded == std::floor(rounded) && std::fabs(rounded) < 1e15) {
     AppendInt(out, static_cast<int64_t>(rounded));
     return;
   }
   char text[40];
-  auto [end, ec] = std::to_chars(text, text + sizeof text, rounded, std::chars_format::fixed, 3);
+  auto [end, ec] = std::to_chars(text, text + sizeof text, rounded, std::chars_format::fixed, std::clamp(decimals, 0, 4));
   while (end[-1] == '0') --end;  // a fraction is present here, so a non-zero digit stops this
   out.append(text, end);
 }

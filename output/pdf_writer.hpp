@@ -10,8 +10,8 @@
 
 namespace quorvel::pdf {
 
-// Appends `value` with at most three decimals and no trailing zeros ("12", "0.5", "-3.125").
-void AppendNumber(std::string& out, double value);
+// Appends `value` with at most `decimals` (up to 4) and no trailing zeros ("12", "0.5", "-3.125").
+void AppendNumber(std::string& out, double value, int decimals = 3);
 void AppendInt(std::string& out, int64_t value);
 // `bytes` as a literal string, binary bytes kept, delimiters escaped.
 void AppendLiteral(std::string& out, std::string_view bytes);

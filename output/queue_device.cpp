@@ -42,7 +42,9 @@ class QueueDevice : public PageDevice {
  public:
   explicit QueueDevice(const PrinterOutput& output) : queue_(FindQueue(output.queue)) {
     PrinterOutput pdf;
-    pdf.device = "pdf";
+    // cups-pdf's re-distilled copy of the direct writer's CID fonts loses the text; until that is
+    // understood the queue is fed cairo's PDF, which it reads back whole.
+    pdf.device = "pdf-cairo";
     pdf.path = folder_.Path() + "/document.pdf";
     pdf.pdf_creation_date = output.pdf_creation_date;
     pdf_ = OpenDevice(pdf);
