@@ -39,10 +39,12 @@ test-sanitize: deps
 	@bash scripts/install-deps.sh cups
 	@cmake -S . -B $(SANITIZE_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON >/dev/null
 	@$(SANITIZER_ENV) cmake --build $(SANITIZE_BUILD) -j $(JOBS)
-	@# A host program not built with the sanitizers (the Python example) loads the instrumented
-	@# library only with the runtime preloaded; the interpreter's own leaks at exit are not ours.
+	@# A host program not built with the sanitizers (the Python hosts) loads the instrumented
+	@# library only with the runtime preloaded, and with the C++ runtime beside it so that the
+	@# runtime finds the real exception functions; the interpreter's own leaks at exit are not ours.
 	@cd $(SANITIZE_BUILD) && $(SANITIZER_ENV) ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 \
-	  LD_PRELOAD=$$($(CXX) -print-file-name=libasan.so) ctest --output-on-failure -R '$(UNINSTRUMENTED_HOSTS)'
+	  LD_PRELOAD="$$($(CXX) -print-file-name=libasan.so) $$($(CXX) -print-file-name=libstdc++.so)" \
+	  ctest --output-on-failure -R '$(UNINSTRUMENTED_HOSTS)'
 	@cd $(SANITIZE_BUILD) && $(SANITIZER_ENV) ctest --output-on-failure -j $(JOBS) -E '$(UNINSTRUMENTED_HOSTS)'
 
 # libFuzzer targets built with clang and the sanitizers, each run for FUZZ_SECONDS.
