@@ -140,9 +140,10 @@ FontFace::FontFace(std::string file) : file_(std::move(file)) {
 }
 
 
-// Faces live as long as the process: devices and worker threads may hold them to the end.
+// Faces live as long as the process: devices and worker threads may hold them to the end. The
+// maps themselves are never destroyed either, so no face is left unreachable at exit.
 const FontFace& FontFace::FromFile(const std::string& file) {
-  static std::map<std::string, const FontFace*> by_file;
+  static auto& by_file = *new std::map<std::string, const FontFace*>;
   std::lock_guard<std::mutex> lock(CacheMutex());
   auto it = by_file.find(file);
   if (it != by_file.end()) return *it->second;
@@ -150,7 +151,7 @@ const FontFace& FontFace::FromFile(const std::string& file) {
 }
 
 const FontFace& FontFace::Get(std::string_view name, bool bold) {
-  static std::map<std::pair<std::string, bool>, const FontFace*> by_name;
+  static auto& by_name = *new std::map<std::pair<std::string, bool>, const FontFace*>;
   {
     std::lock_guard<std::mutex> lock(CacheMutex());
     auto it = by_name.find(std::make_pair(CaseFolded(name), bold));
