@@ -145,6 +145,7 @@ void Surface::DrawImage(double x1, double y1, double x2, double y2, std::string_
 }
 
 void Surface::NoteInk(double x1, double y1, double x2, double y2) {
+  if (!track_ink_) return;
   constexpr double kPen = 5;  // half the thin pen: a rule inks a little either side of its line
   ink_.push_back({std::min(x1, x2) - kPen, std::min(y1, y2) - kPen, std::max(x1, x2) + kPen,
                   std::max(y1, y2) + kPen});
@@ -170,7 +171,7 @@ std::string_view Surface::DrawLines(std::string_view text) {
     first = false;
     if (!line.empty()) {
       CheckGlyphs(line);
-      NoteInk(x_, y_, x_ + TextWidth(line), y_ + LineHeight());
+      if (track_ink_) NoteInk(x_, y_, x_ + TextWidth(line), y_ + LineHeight());
       Emit(TextOp{x_, y_, font_.Name(), font_.Size(), font_.Bold(), std::string(line)});
     }
     last = line;
@@ -219,6 +220,7 @@ void Surface::CallByName(std::string_view member) {
 void Surface::ResetState() {
   x_ = y_ = 0;
   ink_.clear();
+  track_ink_ = false;
   font_ = SurfaceFont();
   last_warnings_ = std::move(warnings_);
   warnings_.clear();

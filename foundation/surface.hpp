@@ -70,8 +70,15 @@ class Surface {
   void DrawQr(double x, double y, double module, std::string_view data);
   void DrawImage(double x1, double y1, double x2, double y2, std::string_view source);
 
-  // True when nothing drawn on the current page so far (a preview: on any page) touches the
-  // rectangle: where an optional mark may go without covering the document.
+  // Ink tracking, for a routine that places an optional mark where nothing else was drawn: on
+  // from TrackInk(true) until the document ends. Off by default, so ordinary documents pay no
+  // measuring for it.
+  void TrackInk(bool on) {
+    track_ink_ = on;
+    if (!on) ink_.clear();
+  }
+  // True when nothing drawn on the current page (a preview: on any page) since ink tracking began
+  // touches the rectangle.
   bool IsBlank(double x1, double y1, double x2, double y2) const;
 
   // Members that not every surface has: the base raises error 438, like a late-bound call of a
@@ -121,6 +128,7 @@ class Surface {
   SurfaceFont font_;
   std::vector<std::string> warnings_, last_warnings_;
   std::vector<Ink> ink_;
+  bool track_ink_ = false;
 };
 
 // Strict text mode, for the whole process: a character that no installed font has is an error

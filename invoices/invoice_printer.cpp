@@ -48,6 +48,8 @@ void ClassInvoicePrinter::PrintInvoice(Surface& surface, ClassInvoice& invoice, 
   const int16_t expense_count = Count16(*expenses, "OtherExpenses");
   // A code that cannot be encoded fails the document before anything is drawn, not half of it.
   if (!invoice.QRCode.empty()) QrSideModules(invoice.QRCode);
+  // The code is placed last, where nothing was printed: the surface notes what this document inks.
+  surface.TrackInk(!invoice.QRCode.empty());
   surface.Font().Size(10);
   surface.Font().Name("Arial");
 
