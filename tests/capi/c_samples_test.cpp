@@ -11,6 +11,7 @@
 #include "automation/document_job.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/printer_surface.hpp"
+#include "receipts/receipt_clock.hpp"
 #include "support/capi_helpers.hpp"
 #include "support/ops_helpers.hpp"
 
@@ -127,8 +128,13 @@ class CHostPrintsSample : public ::testing::TestWithParam<std::string> {
     std::ifstream in(GetParam());
     sample_ = json::parse(in);
     dir_ = TempDir("c-sample-" + std::filesystem::path(GetParam()).stem().string());
+    // Both prints of a receipt must read the same time, whatever second each falls in.
+    SetReceiptClock([] { return std::time_t{1700000000}; });
   }
-  void TearDown() override { SystemPrinter().SetPaper(Paper::A4()); }
+  void TearDown() override {
+    SetReceiptClock({});
+    SystemPrinter().SetPaper(Paper::A4());
+  }
 
   // The same file through the C++ loader, for comparison; returns its text.
   std::string PrintWithLoader(const char* paper, int* pages) {
