@@ -8,7 +8,7 @@ namespace quorvel {
 
 PrinterOutput FileOutput(const std::string& path) {
   const PrinterOutput output = PrinterOutput::ForPath(path);
-  CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+  CheckOutputWritable(output);
   return output;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "automation/document_job.hpp"
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "foundation/printer_surface.hpp"
 
 namespace quorvel {

@@ -12,7 +12,7 @@
 #include "automation/document_kinds.hpp"
 #include "cheque_lists/check_printer.hpp"
 #include "delivery_notes/delivery_note_printer.hpp"
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/preview_surface.hpp"
@@ -320,10 +320,29 @@ void ReplayToPdf(const std::vector<RecordedPage>& pages, const std::string& pdf_
   if (status != CAIRO_STATUS_SUCCESS) Raise(err::kFileError, "PDF " + pdf_path);
 }
 
+size_t ReplayToDevice(const std::vector<RecordedPage>& pages, const std::string& device, const std::string& path) {
+  PrinterOutput output;
+  output.device = device;
+  output.path = path;
+  output.pdf_creation_date = "2026-01-02T03:04:05";
+  std::unique_ptr<PageDevice> sink = OpenDevice(output);
+  for (const RecordedPage& page : pages) sink->Page(page.ops, page.width, page.height);
+  sink->Finish();
+  return std::filesystem::file_size(path);
+}
+
 std::string BenchTempDir() {
   std::string dir = (std::filesystem::temp_directory_path() / "quorvel-bench-XXXXXX").string();
   if (!mkdtemp(dir.data())) Raise(err::kFileError, "cannot make a temporary directory");
   return dir;
+}
+
+const std::string& RunDir() {
+  static const struct Dir {
+    std::string path = BenchTempDir();
+    ~Dir() { std::filesystem::remove_all(path); }
+  } dir;
+  return dir.path;
 }
 
 }  // namespace quorvel::bench

@@ -51,7 +51,13 @@ std::vector<RecordedPage> RecordPages(const BenchDocument& doc, const std::strin
 // Replays recorded pages straight into a cairo PDF written to `pdf_path`: no layout, no measuring.
 void ReplayToPdf(const std::vector<RecordedPage>& pages, const std::string& pdf_path);
 
+// Replays recorded pages through a registered device ("pdf", "pdf-cairo") into `path`; returns
+// the file's size in bytes.
+size_t ReplayToDevice(const std::vector<RecordedPage>& pages, const std::string& device, const std::string& path);
+
 // A fresh temporary directory for one run's files.
 std::string BenchTempDir();
+// One such directory for the whole benchmark run, removed when the process ends.
+const std::string& RunDir();
 
 }  // namespace quorvel::bench

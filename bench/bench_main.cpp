@@ -64,6 +64,7 @@ class SummaryReporter : public benchmark::ConsoleReporter {
                   Counter(*small, "print_growth_MiB"), Counter(*large, "print_growth_MiB"));
     }
     PrintTextWidthSummary();
+    PrintDeviceSummary();
     if (const Result* process = Find("Process/receipt"))
       std::printf("quorvel print of the sample receipt, whole process: %.1f ms\n", process->seconds * 1e3);
   }
@@ -80,6 +81,29 @@ class SummaryReporter : public benchmark::ConsoleReporter {
     if (repeated && distinct)
       std::printf("TextWidth of an Arabic description: %.0f ns repeated (cached), %.0f ns each new text (shaped)\n",
                   repeated->cpu_seconds * 1e9, distinct->cpu_seconds * 1e9);
+  }
+
+  // The direct PDF device against cairo's on the same recorded pages (CPU time), and its size.
+  void PrintDeviceSummary() const {
+    std::printf("\nDirect PDF device (pdf) against cairo's (pdf-cairo), same pages, CPU time of this process\n");
+    std::printf("%-16s %6s %14s %14s %9s %9s\n", "case", "pages", "pdf pages/s", "cairo pages/s", "speed-up",
+                "size");
+    for (const auto& [name, type] : DeviceCases()) {
+      const Result* direct = Find("Device/pdf/" + name);
+      const Result* cairo = Find("Device/pdf-cairo/" + name);
+      if (!direct || !cairo || direct->cpu_seconds <= 0) continue;
+      const double pages = Counter(*direct, "pages_per_doc");
+      std::printf("%-16s %6.0f %14.1f %14.1f %8.2fx %8.2fx\n", name.c_str(), pages, pages / direct->cpu_seconds,
+                  pages / cairo->cpu_seconds, cairo->cpu_seconds / direct->cpu_seconds,
+                  Counter(*direct, "bytes") / Counter(*cairo, "bytes"));
+    }
+    // The full print of a large document against the direct device replaying its pages.
+    for (const auto& [suffix, replay] : {std::pair{"invoice/large", "invoice500"}, std::pair{"statement/large", "statement2000"}}) {
+      const Result* print = Find(std::string("Pdf/") + suffix);
+      const Result* own = Find(std::string("Device/pdf/") + replay);
+      if (print && own && own->cpu_seconds > 0)
+        std::printf("full print / own replay, %s: %.2f\n", suffix, print->cpu_seconds / own->cpu_seconds);
+    }
   }
 
   const Result* Find(const std::string& name) const {

@@ -15,15 +15,6 @@ namespace quorvel::bench {
 
 namespace {
 
-// The temporary directory every benchmark writes into, removed when the process ends.
-const std::string& OutDir() {
-  static const struct Dir {
-    std::string path = BenchTempDir();
-    ~Dir() { std::filesystem::remove_all(path); }
-  } dir;
-  return dir.path;
-}
-
 void Preview(benchmark::State& state, const std::string& type, int lines) {
   SetBenchCompany();
   const BenchDocument doc = MakeDocument(type, lines);
@@ -34,7 +25,7 @@ void Preview(benchmark::State& state, const std::string& type, int lines) {
 void Pdf(benchmark::State& state, const std::string& type, int lines) {
   SetBenchCompany();
   const BenchDocument doc = MakeDocument(type, lines);
-  const std::string path = OutDir() + "/" + type + ".pdf";
+  const std::string path = RunDir() + "/" + type + ".pdf";
   // The document is built and one copy printed before the peak is reset: what remains is the
   // memory printing itself needs on top of the host's data.
   PrintToFile(doc, path);
@@ -51,8 +42,8 @@ void Pdf(benchmark::State& state, const std::string& type, int lines) {
 void Floor(benchmark::State& state, const std::string& type, int lines) {
   SetBenchCompany();
   const BenchDocument doc = MakeDocument(type, lines);
-  const std::vector<RecordedPage> pages = RecordPages(doc, OutDir() + "/" + type + ".jsonl");
-  const std::string path = OutDir() + "/" + type + "-floor.pdf";
+  const std::vector<RecordedPage> pages = RecordPages(doc, RunDir() + "/" + type + ".jsonl");
+  const std::string path = RunDir() + "/" + type + "-floor.pdf";
   for (auto _ : state) ReplayToPdf(pages, path);
   state.counters["pages"] =
       benchmark::Counter(static_cast<double>(pages.size()), benchmark::Counter::kIsIterationInvariantRate);
@@ -62,7 +53,7 @@ void Floor(benchmark::State& state, const std::string& type, int lines) {
 void ReceiptProcess(benchmark::State& state) {
   const std::string binary = QUORVEL_BINARY_DIR "/cli/quorvel";
   const std::string sample = QUORVEL_SOURCE_DIR "/demo/samples/receipt.json";
-  const std::string out = OutDir() + "/receipt.pdf";
+  const std::string out = RunDir() + "/receipt.pdf";
   std::vector<std::string> words = {binary, "print", sample, "-o", out};
   std::vector<char*> argv;
   for (std::string& w : words) argv.push_back(w.data());

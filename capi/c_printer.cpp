@@ -39,7 +39,7 @@ int32_t quorvel_printer_set_output(const char* path, const char* paper) {
   return capi::Guard([&] {
     const PrinterOutput output = PrinterOutput::ForPath(capi::TextArg(path, "output path"));
     // A bad folder is reported now, not when the document is already drawn.
-    quorvel::CheckWritable(output.kind == PrinterOutput::Kind::Png ? output.path + ".check.png" : output.path);
+    quorvel::CheckOutputWritable(output);
     ApplyOutput(output, paper);
   });
 }
@@ -47,7 +47,7 @@ int32_t quorvel_printer_set_output(const char* path, const char* paper) {
 int32_t quorvel_printer_set_queue(const char* queue, const char* paper) {
   return capi::Guard([&] {
     PrinterOutput output;
-    output.kind = PrinterOutput::Kind::Queue;
+    output.device = "queue";
     output.queue = queue ? queue : "";
     ApplyOutput(output, paper);
   });
@@ -57,7 +57,7 @@ int32_t quorvel_printer_set_escpos(const char* destination, int32_t paper_mm, in
                                    int32_t drawer, int32_t timeout_seconds, const char* paper) {
   return capi::Guard([&] {
     PrinterOutput output;
-    output.kind = PrinterOutput::Kind::EscPos;
+    output.device = "escpos";
     output.path = capi::TextArg(destination, "ESC/POS destination");
     output.escpos = {paper_mm, dpi, cut != 0, drawer != 0, timeout_seconds};
     quorvel::escpos::CheckEscPosOutput(output);

@@ -80,17 +80,17 @@ int RunPrint(const PrintOptions& options) {
   if ((options.to_queue ? 1 : 0) + !options.escpos.empty() + !options.output.empty() > 1)
     Raise(err::kInvalidArgument, "choose one output: -o OUT, --printer or --escpos");
   if (options.to_queue) {
-    output.kind = PrinterOutput::Kind::Queue;
+    output.device = "queue";
     output.queue = options.queue;
   } else if (!options.escpos.empty()) {
-    output.kind = PrinterOutput::Kind::EscPos;
+    output.device = "escpos";
     output.path = options.escpos;
   } else if (options.output.empty()) {
     Raise(err::kInvalidArgument, "-o OUT is needed (or --printer, or --escpos)");
   } else if (options.output != "-") {
     output = FileOutput(options.output);
   }
-  if (output.kind == PrinterOutput::Kind::EscPos) ApplyEscPosOptions(options, output);
+  if (output.device == "escpos") ApplyEscPosOptions(options, output);
   // Everything is read and checked before anything is drawn.
   std::string stdin_text;
   const DocumentJob job = LoadJob(options.document, stdin_text);

@@ -3,7 +3,7 @@
 
 #include <cairo-svg.h>
 
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/errors.hpp"
 
 namespace quorvel::demo {

@@ -1,11 +1,25 @@
-// Preview output: the recorded picture as PNG, SVG or ops.
+// Preview output: the recorded picture written by the same devices the printer uses.
 #include "foundation/preview_surface.hpp"
 
-#include "foundation/atomic_file.hpp"
-#include "foundation/cairo_painter.hpp"
-#include "foundation/errors.hpp"
+#include "output/device.hpp"
 
 namespace quorvel {
+
+namespace {
+void WritePicture(const DrawOps& ops, double width, double height, PrinterOutput output) {
+  output.single_picture = true;
+  std::unique_ptr<PageDevice> device = OpenDevice(output);
+  device->Page(ops, width, height);
+  device->Finish();
+}
+
+PrinterOutput To(const std::string& device, const std::string& path) {
+  PrinterOutput output;
+  output.device = device;
+  output.path = path;
+  return output;
+}
+}  // namespace
 
 void PreviewSurface::Clear() {
   ops_.clear();
@@ -13,17 +27,13 @@ void PreviewSurface::Clear() {
 }
 
 void PreviewSurface::WritePng(const std::string& path, double dpi) const {
-  WritePagePng(ops_, width_, height_, path, dpi);
+  PrinterOutput output = To("png", path);
+  output.dpi = dpi;
+  WritePicture(ops_, width_, height_, output);
 }
 
-void PreviewSurface::WriteSvg(const std::string& path) const { WritePageSvg(ops_, width_, height_, path); }
+void PreviewSurface::WriteSvg(const std::string& path) const { WritePicture(ops_, width_, height_, To("svg", path)); }
 
-void PreviewSurface::WriteOps(const std::string& path) const { WriteOpsFile(ops_, path); }
-
-void WriteOpsFile(const DrawOps& ops, const std::string& path) {
-  AtomicFile file(path);
-  for (const DrawOp& op : ops) file.Write(OpToJson(op) + "\n");
-  file.Commit();
-}
+void PreviewSurface::WriteOps(const std::string& path) const { WritePicture(ops_, width_, height_, To("ops", path)); }
 
 }  // namespace quorvel

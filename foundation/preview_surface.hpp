@@ -33,7 +33,4 @@ class PreviewSurface : public Surface {
   DrawOps ops_;
 };
 
-// Writes ops as the ops text format, one per line, whole or not at all.
-void WriteOpsFile(const DrawOps& ops, const std::string& path);
-
 }  // namespace quorvel

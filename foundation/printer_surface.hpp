@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "foundation/surface.hpp"
 
 namespace quorvel {

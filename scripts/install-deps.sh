@@ -10,6 +10,7 @@ packages=(
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev libcups2-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   poppler-utils python3 libqpdf-dev libharfbuzz-bin
+  libdeflate-dev libqrencode-dev libpng-dev libjpeg-dev zbar-tools icc-profiles-free
   python3-dev python3-pybind11 python3-setuptools python3-pip python3-pytest python3-jsonschema
 )
 # Extra groups, asked for by name: "cups" (print-queue tests), "browser" (web demo test), "fuzz" (clang + sanitizers).

@@ -17,7 +17,7 @@ constexpr int kLongestTimeout = 3600;
 // The pages follow each other on the roll as one strip; the job ends with the feed, the cut and
 // the drawer pulse. Nothing reaches the printer before Finish: a document that fails half-way
 // never prints half a receipt.
-class EscPosDevice : public PageDevice {
+class EscPosDevice : public WholePageDevice {
  public:
   explicit EscPosDevice(const PrinterOutput& output)
       : options_(output.escpos), dots_(PrintableDots(options_)), destination_(ParseDestination(output.path)) {
@@ -25,10 +25,12 @@ class EscPosDevice : public PageDevice {
     if (destination_.kind == Destination::Kind::Queue) destination_.queue = print_queue::FindQueue(destination_.queue);
     AppendInitialise(job_);
   }
-  void Page(const DrawOps& ops, double width, double height) override {
-    AppendRaster(job_, RenderRaster(ops, width, height, dots_));
+
+ protected:
+  void TakePage(const DrawOps& ops, const PageInfo& page) override {
+    AppendRaster(job_, RenderRaster(ops, page.width, page.height, dots_));
   }
-  void Finish() override {
+  void EndDocument() override {
     // The drawer opens as the receipt is finished; the cut stays the last command, so the
     // printer is left at the start of the next receipt.
     if (options_.drawer) AppendDrawerPulse(job_);
@@ -86,9 +88,18 @@ void CheckEscPosOutput(const PrinterOutput& output) {
   if (destination.kind == Destination::Kind::File) CheckWritable(destination.path);
 }
 
-std::unique_ptr<PageDevice> OpenEscPosDevice(const PrinterOutput& output) {
-  CheckEscPosOutput(output);
-  return std::make_unique<EscPosDevice>(output);
+}  // namespace quorvel::escpos
+
+namespace quorvel {
+
+void RegisterEscPosDevice() {
+  DeviceEntry entry = FileDevice("escpos", {".escpos"}, [](const PrinterOutput& output) {
+    escpos::CheckEscPosOutput(output);
+    return std::make_unique<escpos::EscPosDevice>(output);
+  });
+  entry.check_writable = escpos::CheckEscPosOutput;  // the destination may be a printer, not a file
+  entry.special_use = "for a receipt printer";
+  RegisterDevice(std::move(entry));
 }
 
-}  // namespace quorvel::escpos
+}  // namespace quorvel

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 
 namespace quorvel::escpos {
 
@@ -16,7 +16,5 @@ int PrintableDots(const EscPosOptions& options);
 // Checks the options and the destination (`output.path`) before any page is drawn: a bad
 // option, destination or file folder raises now, not after the document was rendered.
 void CheckEscPosOutput(const PrinterOutput& output);
-
-std::unique_ptr<PageDevice> OpenEscPosDevice(const PrinterOutput& output);
 
 }  // namespace quorvel::escpos

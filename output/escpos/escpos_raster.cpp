@@ -7,7 +7,7 @@
 #include <cmath>
 #include <memory>
 
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/errors.hpp"
 
 namespace quorvel::escpos {

@@ -7,7 +7,7 @@
 #include <fstream>
 
 #include "foundation/atomic_file.hpp"
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"

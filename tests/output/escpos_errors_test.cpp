@@ -59,7 +59,7 @@ int32_t PrintSaleByNames() {
 void ExpectFailsEverywhere(const Failure& failure) {
   SCOPED_TRACE(failure.name + " at " + failure.destination);
   PrinterOutput output;
-  output.kind = PrinterOutput::Kind::EscPos;
+  output.device = "escpos";
   output.path = failure.destination;
   output.escpos.timeout_seconds = 1;
   SystemPrinter().SetOutput(output);

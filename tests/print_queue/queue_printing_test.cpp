@@ -145,7 +145,7 @@ class RealScheduler : public PrinterOutputRestored {
 
 void PrintInvoiceWithCpp(int& job, int& pages) {
   PrinterOutput queue;
-  queue.kind = PrinterOutput::Kind::Queue;  // the default destination
+  queue.device = "queue";  // the default destination
   SystemPrinter().SetOutput(queue);
   ClassInvoice invoice;
   invoice.printTitle = "Invoice";
@@ -256,7 +256,7 @@ TEST_F(RealScheduler, NoDefaultQueueOrAStoppedSchedulerIsAClearError) {
 
 TEST_F(RealScheduler, AReceiptToAMissingQueueFailsThroughPrintItTheCInterfaceAndTheCommand) {
   PrinterOutput office;
-  office.kind = PrinterOutput::Kind::Queue;
+  office.device = "queue";
   office.queue = "Office";
   OnFreshThread([&] {
     SystemPrinter().SetOutput(office);
@@ -288,7 +288,7 @@ TEST_F(RealScheduler, AQueueThatStopsAcceptingMidDocumentFailsThroughPrintItTheC
   const std::string refused = "print queue \"QuorvelPDF\" refused the job";
   OnFreshThread([&] {
     PrinterOutput queue;
-    queue.kind = PrinterOutput::Kind::Queue;  // the default destination
+    queue.device = "queue";  // the default destination
     SystemPrinter().SetOutput(queue);
     const auto statement = SampleStatement(20000, 0);
     std::string context;

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
 #include "foundation/roll_pages.hpp"

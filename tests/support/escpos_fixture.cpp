@@ -2,7 +2,7 @@
 #include "support/escpos_fixture.hpp"
 
 #include "automation/document_job.hpp"
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 #include "foundation/printer_surface.hpp"
 #include "receipts/receipt_clock.hpp"
 #include "support/ops_helpers.hpp"
@@ -24,7 +24,7 @@ void EscPosPrinting::TearDown() {
 
 PrinterOutput EscPosPrinting::EscPos(const std::string& destination, int timeout_seconds) {
   PrinterOutput output;
-  output.kind = PrinterOutput::Kind::EscPos;
+  output.device = "escpos";
   output.path = destination;
   output.escpos.timeout_seconds = timeout_seconds;
   return output;
@@ -48,7 +48,14 @@ std::vector<DrawOps> EscPosPrinting::DrawnPages(const std::function<void()>& pri
 
 Bitmap EscPosPrinting::PngPicture(const DrawOps& page, double width, double height, int dots) {
   const std::string path = dir_ + "/page.png";
-  WritePagePng(page, width, height, path, 1440.0 * dots / width);
+  PrinterOutput png;
+  png.device = "png";
+  png.path = path;
+  png.single_picture = true;
+  png.dpi = 1440.0 * dots / width;
+  auto device = OpenDevice(png);
+  device->Page(page, width, height);
+  device->Finish();
   return ThresholdPng(path, kBurnBelow);
 }
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "foundation/draw_ops.hpp"
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "support/escpos_reader.hpp"
 
 namespace quorvel::testing {

@@ -1,10 +1,14 @@
-// Replays drawing ops into cairo: the one place where ops become pixels, PDF or SVG.
+// Replays drawing ops into cairo: where ops become pixels, a cairo PDF or an SVG.
 #pragma once
 
 #include <cairo.h>
 
+#include <memory>
+#include <string>
+
 #include "foundation/draw_ops.hpp"
 #include "foundation/surface.hpp"
+#include "output/device.hpp"
 
 namespace quorvel {
 
@@ -60,12 +64,21 @@ class AtomicFile;
 cairo_status_t WriteToAtomicFile(void* closure, const unsigned char* data, unsigned int length);
 // Raises the file error for a cairo status other than success; `what` names the output.
 void CheckCairo(cairo_status_t status, const std::string& what);
+// The first error of the context or else of its surface: a context in error silently draws
+// nothing more, so a device checks this before it writes a page out.
+cairo_status_t CairoStatus(cairo_t* cr);
 
-// Renders one page of ops as PNG into an open file, sealed but not yet committed.
-void WritePagePng(const DrawOps& ops, double width, double height, AtomicFile& file, double dpi = 96);
-// Renders one page of ops to a PNG or SVG file, whole or not at all.
-void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path,
-                  double dpi = 96);
-void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path);
+// Base of the devices that paint with cairo: every op kind goes to the current page's painter.
+class CairoPaintingDevice : public PageDevice {
+ protected:
+  using PageDevice::PageDevice;
+  void Draw(const TextOp& op) override { painter_->Paint(op); }
+  void Draw(const LineOp& op) override { painter_->Paint(op); }
+  void Draw(const BoxOp& op) override { painter_->Paint(op); }
+  void Draw(const QrOp& op) override { painter_->Paint(op); }
+  void Draw(const ImageOp& op) override { painter_->Paint(op); }
+
+  std::unique_ptr<CairoPainter> painter_;
+};
 
 }  // namespace quorvel

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "foundation/errors.hpp"
-#include "foundation/page_devices.hpp"
+#include "output/device.hpp"
 #include "foundation/temp_folder.hpp"
 #include "print_queue/cups_job.hpp"
 
@@ -14,22 +14,26 @@ namespace {
 // The queue is looked up when the document starts, so a missing queue or a stopped scheduler
 // fails before the pages are drawn; the job is created only once the whole PDF is rendered, so
 // the scheduler never sees a document that failed half-way.
-class QueueDevice : public PageDevice {
+class QueueDevice : public WholePageDevice {
  public:
   explicit QueueDevice(const PrinterOutput& output) : queue_(FindQueue(output.queue)) {
     PrinterOutput pdf;
-    pdf.kind = PrinterOutput::Kind::Pdf;
+    // cups-pdf's re-distilled copy of the direct writer's CID fonts loses the text; the queue
+    // is fed cairo's PDF, which every filter reads back whole.
+    pdf.device = "pdf-cairo";
     pdf.path = folder_.Path() + "/document.pdf";
     pdf.pdf_creation_date = output.pdf_creation_date;
-    pdf_ = OpenPdfDevice(pdf);
+    pdf_ = OpenDevice(pdf);
   }
-  void Page(const DrawOps& ops, double width, double height) override {
-    pdf_->Page(ops, width, height);
-    const std::string media = MediaName(width, height);
+
+ protected:
+  void TakePage(const DrawOps& ops, const PageInfo& page) override {
+    pdf_->Page(ops, page.width, page.height);
+    const std::string media = MediaName(page.width, page.height);
     media_ = pages_++ == 0 || media == media_ ? media : "";  // pages of different sizes: no one paper
   }
 
-  void Finish() override {
+  void EndDocument() override {
     pdf_->Finish();
     const int job = SubmitPdf(queue_, pdf_->Results().front(), "Quorvel document", media_);
     results_.push_back("job " + queue_ + "-" + std::to_string(job));
@@ -46,8 +50,12 @@ class QueueDevice : public PageDevice {
 }  // namespace
 }  // namespace print_queue
 
-QueueDeviceFactory BuiltInQueueDevice() {
-  return [](const PrinterOutput& output) { return std::make_unique<print_queue::QueueDevice>(output); };
+void RegisterQueueDevice() {
+  // The queue is found when the device opens, before any page is drawn: no check beforehand.
+  DeviceEntry entry;
+  entry.name = "queue";
+  entry.open = [](const PrinterOutput& output) { return std::make_unique<print_queue::QueueDevice>(output); };
+  RegisterDevice(std::move(entry));
 }
 
 }  // namespace quorvel

@@ -1,8 +1,7 @@
 // Cairo replay of ops: fonts through cairo-ft from the same files the metrics come from.
-#include "foundation/cairo_painter.hpp"
+#include "output/cairo_painter.hpp"
 
 #include <cairo-ft.h>
-#include <cairo-svg.h>
 #include <fontconfig/fontconfig.h>
 
 #include <cmath>
@@ -159,44 +158,9 @@ void BeginTwipsPage(cairo_t* cr, double scale, double width, double height) {
   cairo_set_source_rgb(cr, 0, 0, 0);
 }
 
-void WritePagePng(const DrawOps& ops, double width, double height, AtomicFile& file, double dpi) {
-  const double scale = dpi / 1440.0;
-  const int pixel_width = std::max(1, static_cast<int>(width * scale + 0.5));
-  const int pixel_height = std::max(1, static_cast<int>(height * scale + 0.5));
-  cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixel_width, pixel_height);
-  cairo_t* cr = cairo_create(image);
-  BeginTwipsPage(cr, scale, width, height);
-  CairoPainter(cr).PaintAll(ops);
-  // A context in error draws nothing more: a page that lost its text must not be written.
-  cairo_status_t status = cairo_status(cr);
-  cairo_destroy(cr);
-  if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_write_to_png_stream(image, WriteToAtomicFile, &file);
-  cairo_surface_destroy(image);
-  file.Seal();  // a write failure is the file's own reason, which the cairo status would hide
-  CheckCairo(status, "PNG " + file.Path());
-}
-
-void WritePagePng(const DrawOps& ops, double width, double height, const std::string& path, double dpi) {
-  AtomicFile file(path);
-  WritePagePng(ops, width, height, file, dpi);
-  file.Commit();
-}
-
-void WritePageSvg(const DrawOps& ops, double width, double height, const std::string& path) {
-  AtomicFile file(path);
-  cairo_surface_t* svg = cairo_svg_surface_create_for_stream(WriteToAtomicFile, &file, width / 20.0, height / 20.0);
-  cairo_svg_surface_set_document_unit(svg, CAIRO_SVG_UNIT_PT);
-  cairo_t* cr = cairo_create(svg);
-  BeginTwipsPage(cr, 1.0 / 20.0, width, height);
-  CairoPainter(cr).PaintAll(ops);
-  cairo_status_t status = cairo_status(cr);
-  cairo_destroy(cr);
-  cairo_surface_finish(svg);
-  if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(svg);
-  cairo_surface_destroy(svg);
-  file.Seal();
-  CheckCairo(status, "SVG " + path);
-  file.Commit();
+cairo_status_t CairoStatus(cairo_t* cr) {
+  const cairo_status_t status = cairo_status(cr);
+  return status != CAIRO_STATUS_SUCCESS ? status : cairo_surface_status(cairo_get_target(cr));
 }
 
 }  // namespace quorvel
