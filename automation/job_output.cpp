@@ -6,8 +6,9 @@
 
 namespace quorvel {
 
-PrinterOutput FileOutput(const std::string& path) {
-  const PrinterOutput output = PrinterOutput::ForPath(path);
+PrinterOutput FileOutput(const std::string& path, const std::string& device) {
+  PrinterOutput output = PrinterOutput::ForPath(path);
+  if (!device.empty()) output.device = device;
   CheckOutputWritable(output);
   return output;
 }

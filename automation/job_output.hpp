@@ -16,8 +16,9 @@ struct JobResult {
   int pages = 0;
 };
 
-// The output for a file path, its folder checked now rather than after the document is drawn.
-PrinterOutput FileOutput(const std::string& path);
+// The output for a file path, its folder checked now rather than after the document is drawn;
+// the device is the one registered for the path's ending unless `device` names another.
+PrinterOutput FileOutput(const std::string& path, const std::string& device = "");
 
 // Prints the job on the system printer with this output and paper, or, with `preview`, draws
 // it once on a preview surface of the paper's size and writes that picture as one page.

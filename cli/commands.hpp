@@ -11,6 +11,7 @@ struct PrintOptions {
   std::string document;
   std::string output;          // "-": standard output, in `format`
   std::string format = "pdf";  // pdf, svg or jsonl (for standard output)
+  std::string device;          // a registered device's name for -o, instead of the ending's
   std::string paper = "a4";
   bool preview = false;
   bool to_queue = false;

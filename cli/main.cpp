@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
   CLI::App* print_cmd = app.add_subcommand("print", "print a document described in JSON");
   print_cmd->add_option("document", print.document, "the document file (JSON); - reads standard input")->required();
   print_cmd->add_option("-o,--output", print.output, "output file: .pdf, .png, .svg, .jsonl or .escpos; - writes standard output");
+  print_cmd->add_option("--device", print.device, "the device for -o by name instead of by ending: pdf (direct), pdf-cairo, png, svg, ops");
   print_cmd->add_option("--format", print.format, "format written to standard output (-o -)")
       ->check(CLI::IsMember({"pdf", "svg", "jsonl", "png"}));
   print_cmd->add_option("--paper", print.paper, "paper: a4, letter or roll")->check(CLI::IsMember({"a4", "letter", "roll"}));

@@ -44,7 +44,7 @@ void CopyToStandardOutput(const std::string& path) {
 int PrintToStandardOutput(const DocumentJob& job, const PrintOptions& options, const Paper& paper) {
   if (options.format == "png") Raise(err::kInvalidArgument, "-o -: PNG makes one file per page; give a file path");
   TempFolder folder("the document");
-  const JobResult done = PrintJobTo(job, FileOutput(folder.Path() + "/document." + options.format), paper, options.preview);
+  const JobResult done = PrintJobTo(job, FileOutput(folder.Path() + "/document." + options.format, options.device), paper, options.preview);
   CopyToStandardOutput(done.results.front());
   Report(std::cerr, {{"standard output"}, done.pages});
   return 0;
@@ -79,6 +79,8 @@ int RunPrint(const PrintOptions& options) {
   PrinterOutput output;
   if ((options.to_queue ? 1 : 0) + !options.escpos.empty() + !options.output.empty() > 1)
     Raise(err::kInvalidArgument, "choose one output: -o OUT, --printer or --escpos");
+  if (!options.device.empty() && options.output.empty())
+    Raise(err::kInvalidArgument, "--device chooses the device of -o OUT; give -o");
   if (options.to_queue) {
     output.device = "queue";
     output.queue = options.queue;
@@ -88,7 +90,7 @@ int RunPrint(const PrintOptions& options) {
   } else if (options.output.empty()) {
     Raise(err::kInvalidArgument, "-o OUT is needed (or --printer, or --escpos)");
   } else if (options.output != "-") {
-    output = FileOutput(options.output);
+    output = FileOutput(options.output, options.device);
   }
   if (output.device == "escpos") ApplyEscPosOptions(options, output);
   // Everything is read and checked before anything is drawn.

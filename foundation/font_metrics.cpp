@@ -152,10 +152,21 @@ const FontFace& FontFace::FromFile(const std::string& file) {
 
 const FontFace& FontFace::Get(std::string_view name, bool bold) {
   static auto& by_name = *new std::map<std::pair<std::string, bool>, const FontFace*>;
+  // The ops of a document name one font over and over: each thread keeps its last answer
+  // (faces live as long as the process, so the pointer stays good).
+  thread_local std::string last_name;
+  thread_local bool last_bold = false;
+  thread_local const FontFace* last = nullptr;
+  if (last && last_bold == bold && last_name == name) return *last;
   {
     std::lock_guard<std::mutex> lock(CacheMutex());
     auto it = by_name.find(std::make_pair(CaseFolded(name), bold));
-    if (it != by_name.end()) return *it->second;
+    if (it != by_name.end()) {
+      last_name = name;
+      last_bold = bold;
+      last = it->second;
+      return *last;
+    }
   }
   const std::string family = FamilyFor(name);
   const std::string file = FindFontFile(family, bold);

@@ -15,6 +15,12 @@ GlyphRun PlainRun(const TextOp& op, const FontFace& face) {
   const double scale = TwipsPerUnit(face, op.size);
   run.baseline = op.y + face.Ascender() * scale;
   double pen = op.x;
+  const size_t bytes = op.text.size();  // at least one byte per glyph: no reallocation below
+  run.glyphs.reserve(bytes);
+  run.x.reserve(bytes);
+  run.advances.reserve(bytes);
+  run.chars.reserve(bytes);
+  run.rise.reserve(bytes);
   ForEachCodePoint(op.text, [&](char32_t cp) {
     const double advance = face.Advance(cp) * scale;
     run.glyphs.push_back(face.GlyphIndex(cp));
@@ -29,10 +35,15 @@ GlyphRun PlainRun(const TextOp& op, const FontFace& face) {
 
 }  // namespace
 
-std::vector<GlyphRun> GlyphRunsOf(const TextOp& op) {
+const FontFace* PlainFaceOf(const TextOp& op) {
   const FontFace& base = FontFace::Get(op.font, op.bold);
   int64_t units = 0;
-  if (base.PlainAdvanceUnits(op.text, units)) return {PlainRun(op, base)};
+  return base.PlainAdvanceUnits(op.text, units) ? &base : nullptr;
+}
+
+std::vector<GlyphRun> GlyphRunsOf(const TextOp& op) {
+  if (const FontFace* plain = PlainFaceOf(op)) return {PlainRun(op, *plain)};
+  const FontFace& base = FontFace::Get(op.font, op.bold);
   const auto line = ShapeLine(DecodeUtf8(op.text), base, op.bold);
   const double baseline = op.y + base.Ascender() * TwipsPerUnit(base, op.size);
   std::vector<GlyphRun> runs;

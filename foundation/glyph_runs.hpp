@@ -32,4 +32,9 @@ struct GlyphRun {
 // Any other text is itemized by font and direction, shaped, and returned in display order.
 std::vector<GlyphRun> GlyphRunsOf(const TextOp& op);
 
+// The op's face when its text is plain (every character the face's own glyph, left to right,
+// advances summed with no kerning): GlyphRunsOf then gives one run of glyph after glyph from
+// op.x, so a device may walk the text itself without building the run. Null otherwise.
+const FontFace* PlainFaceOf(const TextOp& op);
+
 }  // namespace quorvel

@@ -11,6 +11,7 @@
 #include "foundation/glyph_runs.hpp"
 #include "foundation/qr_code.hpp"
 #include "foundation/raster_image.hpp"
+#include "foundation/utf8.hpp"
 #include "output/device.hpp"
 #include "output/pdf_fonts.hpp"
 #include "output/pdf_writer.hpp"
@@ -57,6 +58,7 @@ class PdfDevice : public PageDevice {
     content_.clear();
     page_fonts_.clear();
     page_images_.clear();
+    text_ = {};
     // Twips with the origin top-left, y down, like the ops; the pen starts as the painters' does.
     content_ += "0.05 0 0 -0.05 0 ";
     pdf::AppendNumber(content_, page.height / 20.0, 4);
@@ -64,20 +66,20 @@ class PdfDevice : public PageDevice {
     static_assert(kPenTwips == 10);
   }
   void Draw(const TextOp& op) override {
+    if (const FontFace* plain = PlainFaceOf(op)) return DrawPlain(op, *plain);
     for (const GlyphRun& run : GlyphRunsOf(op)) DrawRun(run);
   }
   void Draw(const LineOp& op) override {
+    EndText();
     Point(op.x1, op.y1);
     content_ += "m ";
     Point(op.x2, op.y2);
     content_ += "l S\n";
   }
   void Draw(const BoxOp& op) override {
-    Point(op.x1, op.y1);
-    pdf::AppendNumber(content_, op.x2 - op.x1);
-    content_ += ' ';
-    pdf::AppendNumber(content_, op.y2 - op.y1);
-    content_ += " re S\n";
+    EndText();
+    Rect(op.x1, op.y1, op.x2 - op.x1, op.y2 - op.y1);
+    content_ += "S\n";
   }
   void Draw(const QrOp& op) override;
   void Draw(const ImageOp& op) override;
@@ -100,6 +102,24 @@ class PdfDevice : public PageDevice {
   }
   pdf::DocumentFont& FontFor(const FontFace& face);
   void DrawRun(const GlyphRun& run);
+  void DrawPlain(const TextOp& op, const FontFace& face);
+  void BeginText(const pdf::DocumentFont& font, double size, double x, double baseline);
+  void EndText() {
+    if (!text_.open) return;
+    content_ += "ET\n";
+    text_.open = false;
+  }
+  void AppendGlyph(uint32_t glyph) {
+    const char bytes[2] = {static_cast<char>(glyph >> 8), static_cast<char>(glyph & 0xFF)};
+    for (char c : bytes) {
+      if (c == '(' || c == ')' || c == '\\') content_ += '\\';
+      if (c == '\r') {  // a bare carriage return would be read as a line end
+        content_ += "\\r";
+        continue;
+      }
+      content_ += c;
+    }
+  }
   struct DocumentImage {
     std::string resource;  // "Im1", "Im2", …
     int object;
@@ -118,6 +138,13 @@ class PdfDevice : public PageDevice {
   std::vector<const DocumentImage*> page_images_;
   std::string content_;
   double width_ = 0, height_ = 0;
+  // The page's open text object: consecutive texts share one, and its font and size are set
+  // only when they change (paths cannot be drawn inside it, so a rule closes it).
+  struct {
+    bool open = false;
+    const pdf::DocumentFont* font = nullptr;
+    double size = 0;
+  } text_;
 };
 
 pdf::DocumentFont& PdfDevice::FontFor(const FontFace& face) {
@@ -128,48 +155,82 @@ pdf::DocumentFont& PdfDevice::FontFor(const FontFace& face) {
   return *font;
 }
 
+void PdfDevice::BeginText(const pdf::DocumentFont& font, double size, double x, double baseline) {
+  if (!text_.open) {
+    content_ += "BT ";
+    text_.open = true;
+  }
+  if (text_.font != &font || text_.size != size) {
+    content_ += '/';
+    content_ += font.Resource();
+    content_ += ' ';
+    pdf::AppendNumber(content_, size);
+    content_ += " Tf ";
+    text_.font = &font;
+    text_.size = size;
+  }
+  content_ += "1 0 0 -1 ";
+  Point(x, baseline);
+  content_ += "Tm[(";
+}
+
+// Plain text walked straight from the op: glyph after glyph from op.x, our advance of each
+// character compared with the font's in whole font units, so where they differ a TJ
+// adjustment puts the next glyph exactly where the layout measured it.
+void PdfDevice::DrawPlain(const TextOp& op, const FontFace& face) {
+  if (op.text.empty()) return;
+  pdf::DocumentFont& font = FontFor(face);
+  const double size = op.size * 20.0;  // text space units are twips
+  BeginText(font, size, op.x, op.y + face.Ascender() * TwipsPerUnit(face, op.size));
+  const double per_unit = 1000.0 / font.UnitsPerEm();
+  int64_t drift = 0;  // font units by which the PDF's pen trails ours
+  ForEachCodePoint(op.text, [&](char32_t c) {
+    const uint32_t glyph = face.GlyphIndex(c);
+    font.Use(glyph, c);
+    if (drift != 0) {
+      content_ += ")";
+      pdf::AppendNumber(content_, -static_cast<double>(drift) * per_unit);  // negative moves right
+      content_ += "(";
+      drift = 0;
+    }
+    AppendGlyph(glyph);
+    drift += face.Advance(c) - font.AdvanceUnits(glyph);
+  });
+  content_ += ")]TJ\n";
+}
+
 // One run: a text matrix at its first glyph, then the glyph ids as two-byte codes; where our
 // advance differs from the font's, a TJ adjustment moves the pen to our position.
 void PdfDevice::DrawRun(const GlyphRun& run) {
   if (run.glyphs.empty()) return;
   pdf::DocumentFont& font = FontFor(*run.face);
-  const double size = run.size * 20.0;  // text space units are twips
-  content_ += "BT/";
-  content_ += font.Resource();
-  content_ += ' ';
-  pdf::AppendNumber(content_, size);
-  content_ += " Tf 1 0 0 -1 ";
-  Point(run.x.front(), run.baseline);
-  content_ += "Tm[";
-  std::string codes;
+  const double size = run.size * 20.0;
+  BeginText(font, size, run.x.front(), run.baseline);
   double pen = run.x.front(), rise = 0;
   for (size_t i = 0; i < run.glyphs.size(); ++i) {
     const uint32_t glyph = run.glyphs[i];
     font.Use(glyph, run.chars[i]);
     if (run.rise[i] != rise) {  // a mark raised by shaping: the text rise moves it, not the pen
-      pdf::AppendLiteral(content_, codes);
-      codes.clear();
-      content_ += "]TJ ";
       rise = run.rise[i];
+      content_ += ")]TJ ";
       pdf::AppendNumber(content_, rise);
-      content_ += " Ts[";
+      content_ += " Ts[(";
     }
     if (std::abs(run.x[i] - pen) > kAdvanceSlack) {
-      pdf::AppendLiteral(content_, codes);
-      codes.clear();
+      content_ += ")";
       pdf::AppendNumber(content_, (pen - run.x[i]) * 1000.0 / size);  // positive moves left
+      content_ += "(";
       pen = run.x[i];
     }
-    codes += static_cast<char>(glyph >> 8);
-    codes += static_cast<char>(glyph & 0xFF);
+    AppendGlyph(glyph);
     pen += font.Advance(glyph, run.size);
   }
-  pdf::AppendLiteral(content_, codes);
-  content_ += rise != 0 ? "]TJ 0 Ts ET\n" : "]TJ ET\n";
+  content_ += rise != 0 ? ")]TJ 0 Ts\n" : ")]TJ\n";
 }
 
 // White quiet zone, then the dark modules, a row's neighbours joined into one rectangle.
 void PdfDevice::Draw(const QrOp& op) {
+  EndText();
   const QrMatrix matrix = EncodeQr(op.data);
   const double side = (matrix.size + 2 * kQrQuietZone) * op.module;
   content_ += "1 g\n";
@@ -191,6 +252,7 @@ void PdfDevice::Draw(const QrOp& op) {
 }
 
 void PdfDevice::Draw(const ImageOp& op) {
+  EndText();
   const DocumentImage& image = ImageFor(op.source);
   if (std::find(page_images_.begin(), page_images_.end(), &image) == page_images_.end()) page_images_.push_back(&image);
   // The unit square onto the box; the y axis of the page runs down, so the image's top row,
@@ -211,9 +273,9 @@ const PdfDevice::DocumentImage& PdfDevice::ImageFor(const std::string& source) {
   const int object = writer_.Reserve();
   std::string dictionary = "/Type/XObject/Subtype/Image/Width " + std::to_string(pixels->width) + "/Height " +
                            std::to_string(pixels->height) +
-                           "/ColorSpace/DeviceRGB/BitsPerComponent 8/Filter/FlateDecode";
+                           "/ColorSpace/DeviceRGB/BitsPerComponent 8";
   const std::string_view rgb(reinterpret_cast<const char*>(pixels->rgb.data()), pixels->rgb.size());
-  writer_.Stream(object, dictionary, pdf::Deflate(rgb));
+  writer_.DeflatedStream(object, dictionary, rgb);
   const std::string resource = "Im" + std::to_string(images_.size() + 1);
   return images_.emplace(source, DocumentImage{resource, object}).first->second;
 }
@@ -239,8 +301,9 @@ void PdfDevice::WriteResources(std::string& out) const {
 }
 
 void PdfDevice::EndPage() {
+  EndText();
   const int content = writer_.Reserve(), page = writer_.Reserve();
-  writer_.Stream(content, "/Filter/FlateDecode", pdf::Deflate(content_));
+  writer_.DeflatedStream(content, "", content_);
   std::string& out = writer_.Begin(page);
   out += "<</Type/Page/Parent ";
   pdf::AppendInt(out, pages_object_);

@@ -102,6 +102,12 @@ void DocumentFont::Use(uint32_t glyph, const std::u32string& chars) {
   }
 }
 
+int32_t DocumentFont::AdvanceUnits(uint32_t glyph) const {
+  return glyph < source_->advances.size() ? source_->advances[glyph] : 0;
+}
+
+int32_t DocumentFont::UnitsPerEm() const { return source_->units_per_em; }
+
 double DocumentFont::Advance(uint32_t glyph, double size) const {
   return glyph < source_->advances.size() ? source_->advances[glyph] * size * 20.0 / source_->units_per_em : 0;
 }
@@ -223,9 +229,9 @@ void DocumentFont::Write(ObjectWriter& writer) const {
   desc += " 0 R>>";
   writer.End();
   const std::string font_file = SubsetFile();
-  writer.Stream(file, "/Filter/FlateDecode/Length1 " + std::to_string(font_file.size()), Deflate(font_file));
+  writer.DeflatedStream(file, "/Length1 " + std::to_string(font_file.size()), font_file);
   const std::string cmap = ToUnicode();
-  writer.Stream(to_unicode, "/Filter/FlateDecode", Deflate(cmap));
+  writer.DeflatedStream(to_unicode, "", cmap);
 }
 
 }  // namespace quorvel::pdf

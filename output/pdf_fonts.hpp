@@ -18,6 +18,14 @@ class DocumentFont {
   DocumentFont(const FontFace& face, int object, int index);
   // Marks `glyph` used, standing for `chars` (the first text it stood for is the one kept).
   void Use(uint32_t glyph, const std::u32string& chars);
+  // The same for a glyph standing for one character (plain text, the common case).
+  void Use(uint32_t glyph, char32_t c) {
+    if (glyph < used_.size() && used_[glyph]) return;
+    Use(glyph, std::u32string(1, c));
+  }
+  // The face's own advance of `glyph` in font units, as the PDF's widths give it.
+  int32_t AdvanceUnits(uint32_t glyph) const;
+  int32_t UnitsPerEm() const;
   // The face's own advance of `glyph`, in twips at `size` points.
   double Advance(uint32_t glyph, double size) const;
   const std::string& Resource() const { return resource_; }  // "F1", "F2", …

