@@ -6,12 +6,16 @@
 
 #include <cmath>
 #include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
 
 #include "foundation/company_info.hpp"
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
 #include "invoices/invoice_printer.hpp"
 #include "support/documents_helpers.hpp"
+#include "support/ops_helpers.hpp"
 
 namespace quorvel::testing {
 namespace {
@@ -71,6 +75,47 @@ TEST_F(Logo, StandsAtTheRightMarginFromTheNameDownToTheRuleOnEveryPage) {
   for (const LineOp& line : Lines(ops))
     if (std::abs(line.y1 - rule_y) < kRounding && line.x1 == 1000) ++rules_under_letterhead;
   EXPECT_EQ(rules_under_letterhead, pages);
+}
+
+// In the PDF the picture is one image object that every page draws, upright where its op says.
+TEST_F(Logo, IsOneImageObjectInThePdfDrawnOnEveryPage) {
+  const std::string dir = TempDir("logo-pdf");
+  ClassCompanyInfo().SetLogo(MakeLogoPng(dir));
+  ClassInvoice invoice = SampleInvoice();
+  for (int i = 0; i < 70; ++i) invoice.AddItem(MakeItem("ITEM-" + std::to_string(i), "Goods"));
+  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.pdf"));
+  ClassInvoicePrinter().PrintIt(invoice, true);
+  const int pages = SystemPrinter().LastPageCount();
+  ASSERT_GE(pages, 3);
+
+  // pdfimages -list: a row per drawing, "page num type width height … object generation …"
+  std::istringstream rows(RunCommand("pdfimages -list " + dir + "/invoice.pdf"));
+  std::set<std::string> objects;
+  int drawn = 0;
+  for (std::string row; std::getline(rows, row);) {
+    std::istringstream cells(row);
+    std::vector<std::string> cell{std::istream_iterator<std::string>(cells), {}};
+    if (cell.size() < 12 || cell[2] != "image") continue;
+    ++drawn;
+    EXPECT_EQ(cell[3] + "x" + cell[4], "300x100") << row;
+    objects.insert(cell[10]);
+  }
+  EXPECT_EQ(drawn, pages);
+  EXPECT_EQ(objects.size(), 1u);
+
+  // The logo's middle on page 2, from its op, is the logo's blue in poppler's rendering.
+  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.jsonl"));
+  ClassInvoicePrinter().PrintIt(invoice, true);
+  const ImageOp logo = Images(ReadOpsFile(dir + "/invoice.jsonl")).front();
+  RunCommand("pdftoppm -r 72 -f 2 -l 2 -png -singlefile " + dir + "/invoice.pdf " + dir + "/page2");
+  cairo_surface_t* page = cairo_image_surface_create_from_png((dir + "/page2.png").c_str());
+  ASSERT_EQ(cairo_surface_status(page), CAIRO_STATUS_SUCCESS);
+  const int x = static_cast<int>((logo.x1 + logo.x2) / 2 / 20), y = static_cast<int>((logo.y1 + logo.y2) / 2 / 20);
+  const uint8_t* pixel = cairo_image_surface_get_data(page) + y * cairo_image_surface_get_stride(page) + x * 4;
+  EXPECT_NEAR(pixel[0], 0.7 * 255, 3);  // blue, green, red in memory order
+  EXPECT_NEAR(pixel[1], 0.3 * 255, 3);
+  EXPECT_NEAR(pixel[2], 0.1 * 255, 3);
+  cairo_surface_destroy(page);
 }
 
 TEST_F(Logo, AMissingOrBrokenFileIsAnErrorWhenSetNamingIt) {
