@@ -111,14 +111,7 @@ class PdfDevice : public PageDevice {
   }
   void AppendGlyph(uint32_t glyph) {
     const char bytes[2] = {static_cast<char>(glyph >> 8), static_cast<char>(glyph & 0xFF)};
-    for (char c : bytes) {
-      if (c == '(' || c == ')' || c == '\\') content_ += '\\';
-      if (c == '\r') {  // a bare carriage return would be read as a line end
-        content_ += "\\r";
-        continue;
-      }
-      content_ += c;
-    }
+    pdf::AppendEscaped(content_, std::string_view(bytes, 2));
   }
   struct DocumentImage {
     std::string resource;  // "Im1", "Im2", …

@@ -47,6 +47,11 @@ void AppendInt(std::string& out, int64_t value) {
 
 void AppendLiteral(std::string& out, std::string_view bytes) {
   out += '(';
+  AppendEscaped(out, bytes);
+  out += ')';
+}
+
+void AppendEscaped(std::string& out, std::string_view bytes) {
   for (char c : bytes) {
     if (c == '(' || c == ')' || c == '\\') out += '\\';
     if (c == '\r') {  // a bare carriage return would be read as a line end
@@ -55,7 +60,6 @@ void AppendLiteral(std::string& out, std::string_view bytes) {
     }
     out += c;
   }
-  out += ')';
 }
 
 void AppendHex(std::string& out, uint32_t value, int digits) {

@@ -18,6 +18,8 @@ void AppendNumber(std::string& out, double value, int decimals = 3);
 void AppendInt(std::string& out, int64_t value);
 // `bytes` as a literal string, binary bytes kept, delimiters escaped.
 void AppendLiteral(std::string& out, std::string_view bytes);
+// The same without the parentheses, for a string written piece by piece.
+void AppendEscaped(std::string& out, std::string_view bytes);
 void AppendHex(std::string& out, uint32_t value, int digits);
 
 // Writes a PDF into a whole-or-nothing file: object offsets, the xref table and the trailer.
