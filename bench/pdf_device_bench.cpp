@@ -32,7 +32,7 @@ struct Case {
 };
 constexpr Case kCases[] = {
     {"invoice500", "invoice", 500},     {"statement2000", "statement", 2000},
-    {"invoice20p", "invoice", 330},      {"statement20p", "statement", 1050},
+    {"invoice20p", "invoice", 195},      {"statement20p", "statement", 340},
     {"invoice1p", "invoice", 12},        {"voucher1p", "voucher", 3},
 };
 

@@ -89,15 +89,15 @@ void AppendUtf16(std::string& out, const std::u32string& chars) {
 DocumentFont::DocumentFont(const FontFace& face, int object, int index)
     : face_(&face), source_(&SourceFor(face)), object_(object), resource_("F" + std::to_string(index)) {
   used_.resize(source_->advances.size());
-  chars_.resize(source_->advances.size());
+  mapped_.resize(source_->advances.size());
 }
 
 void DocumentFont::Use(uint32_t glyph, const std::u32string& chars) {
   if (glyph >= used_.size()) Raise(err::kInvalidArgument, "glyph " + std::to_string(glyph) + " is not in " + face_->File());
-  if (!used_[glyph]) {
-    used_[glyph] = true;
-    chars_[glyph] = chars;
-  } else if (chars_[glyph].empty()) {
+  used_[glyph] = true;
+  // The first text a glyph stands for is kept (a glyph first seen inside a cluster has none yet).
+  if (!mapped_[glyph] && !chars.empty()) {
+    mapped_[glyph] = true;
     chars_[glyph] = chars;
   }
 }
@@ -149,21 +149,20 @@ std::string DocumentFont::ToUnicode() const {
       "/CIDSystemInfo<</Registry(Adobe)/Ordering(UCS)/Supplement 0>>def\n"
       "/CMapName/Adobe-Identity-UCS def\n/CMapType 2 def\n"
       "1 begincodespacerange\n<0000><FFFF>\nendcodespacerange\n";
-  std::vector<size_t> mapped;
-  for (size_t g = 0; g < used_.size(); ++g)
-    if (used_[g] && !chars_[g].empty()) mapped.push_back(g);
-  for (size_t start = 0; start < mapped.size(); start += 100) {  // at most 100 entries a block
-    const size_t end = std::min(mapped.size(), start + 100);
-    AppendInt(out, static_cast<int64_t>(end - start));
+  auto entry = chars_.begin();
+  for (size_t left = chars_.size(); left > 0;) {  // at most 100 entries a block
+    const size_t block = std::min<size_t>(left, 100);
+    AppendInt(out, static_cast<int64_t>(block));
     out += " beginbfchar\n";
-    for (size_t i = start; i < end; ++i) {
+    for (size_t i = 0; i < block; ++i, ++entry) {
       out += '<';
-      AppendHex(out, static_cast<uint32_t>(mapped[i]), 4);
+      AppendHex(out, entry->first, 4);
       out += "><";
-      AppendUtf16(out, chars_[mapped[i]]);
+      AppendUtf16(out, entry->second);
       out += ">\n";
     }
     out += "endbfchar\n";
+    left -= block;
   }
   out += "endcmap\nCMapName currentdict/CMap defineresource pop\nend\nend\n";
   return out;

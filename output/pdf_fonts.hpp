@@ -2,6 +2,7 @@
 // and their embedding as Identity-H CID fonts with a subset font file, widths and ToUnicode map.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,7 @@ class DocumentFont {
   void Use(uint32_t glyph, const std::u32string& chars);
   // The same for a glyph standing for one character (plain text, the common case).
   void Use(uint32_t glyph, char32_t c) {
-    if (glyph < used_.size() && used_[glyph]) return;
+    if (glyph < mapped_.size() && mapped_[glyph]) return;
     Use(glyph, std::u32string(1, c));
   }
   // The face's own advance of `glyph` in font units, as the PDF's widths give it.
@@ -44,8 +45,9 @@ class DocumentFont {
   const FontSource* source_;
   int object_;
   std::string resource_;
-  std::vector<bool> used_;                // by glyph id
-  std::vector<std::u32string> chars_;     // by glyph id, what each used glyph stands for
+  std::vector<bool> used_;                      // by glyph id
+  std::vector<bool> mapped_;                    // by glyph id: has its text in chars_
+  std::map<uint32_t, std::u32string> chars_;    // what each used glyph stands for
 };
 
 }  // namespace quorvel::pdf

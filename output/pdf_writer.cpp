@@ -26,17 +26,33 @@ struct CompressorFree {
 
 void AppendNumber(std::string& out, double value, int decimals) {
   if (!std::isfinite(value)) Raise(err::kInvalidArgument, "a drawing position is not a finite number");
-  static const double kScales[] = {1, 10, 100, 1000, 10000};
-  const double scale = kScales[std::clamp(decimals, 0, 4)];
-  const double rounded = std::round(value * scale) / scale;
-  if (rounded == std::floor(rounded) && std::fabs(rounded) < 1e15) {
-    AppendInt(out, static_cast<int64_t>(rounded));
+  static const int64_t kScales[] = {1, 10, 100, 1000, 10000};
+  int places = std::clamp(decimals, 0, 4);
+  const int64_t scale = kScales[places];
+  const double scaled = std::round(value * static_cast<double>(scale));
+  if (std::fabs(scaled) >= 9e15) {  // past exact integers: no page coordinate comes near
+    char text[40];
+    auto [end, ec] = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, places);
+    out.append(text, end);
     return;
   }
-  char text[40];
-  auto [end, ec] = std::to_chars(text, text + sizeof text, rounded, std::chars_format::fixed, std::clamp(decimals, 0, 4));
-  while (end[-1] == '0') --end;  // a fraction is present here, so a non-zero digit stops this
-  out.append(text, end);
+  // Whole units and the fraction's digits as integers: far cheaper than formatting a double.
+  int64_t units = static_cast<int64_t>(scaled);
+  if (units < 0) {
+    out += '-';
+    units = -units;
+  }
+  AppendInt(out, units / scale);
+  int64_t fraction = units % scale;
+  if (fraction == 0) return;
+  while (fraction % 10 == 0) {  // no trailing zeros
+    fraction /= 10;
+    --places;
+  }
+  char digits[4];
+  for (int i = places - 1; i >= 0; --i, fraction /= 10) digits[i] = static_cast<char>('0' + fraction % 10);
+  out += '.';
+  out.append(digits, places);
 }
 
 void AppendInt(std::string& out, int64_t value) {
