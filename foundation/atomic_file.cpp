@@ -134,6 +134,13 @@ void AtomicFile::Fail(int error_number) {
 bool AtomicFile::TryWrite(const void* data, size_t size) noexcept {
   if (deferred_error_ != 0 || fd_ < 0) return false;
   try {
+    // The buffer never grows past its size: what would overflow it first empties it, and a
+    // block as large as the buffer goes straight to the file instead of being copied.
+    if (!buffer_.empty() && buffer_.size() + size > kBufferSize) FlushBuffer();
+    if (size >= kBufferSize) {
+      WriteAll(static_cast<const char*>(data), size);
+      return true;
+    }
     buffer_.append(static_cast<const char*>(data), size);
     if (buffer_.size() >= kBufferSize) FlushBuffer();
     return true;
@@ -150,9 +157,14 @@ void AtomicFile::Write(const void* data, size_t size) {
 }
 
 void AtomicFile::FlushBuffer() {
+  WriteAll(buffer_.data(), buffer_.size());
+  buffer_.clear();
+}
+
+void AtomicFile::WriteAll(const char* data, size_t size) {
   size_t done = 0;
-  while (done < buffer_.size()) {
-    const ssize_t n = Injected(FileStep::Write) ? -1 : write(fd_, buffer_.data() + done, buffer_.size() - done);
+  while (done < size) {
+    const ssize_t n = Injected(FileStep::Write) ? -1 : write(fd_, data + done, size - done);
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) {
       deferred_error_ = n < 0 ? errno : ENOSPC;
@@ -160,7 +172,6 @@ void AtomicFile::FlushBuffer() {
     }
     done += static_cast<size_t>(n);
   }
-  buffer_.clear();
 }
 
 void AtomicFile::Seal() {

@@ -40,6 +40,7 @@ class AtomicFile {
 
  private:
   void FlushBuffer();
+  void WriteAll(const char* data, size_t size);
   [[noreturn]] void Fail(int error_number);
   void Rename();
   friend void CommitTogether(std::vector<std::unique_ptr<AtomicFile>>& files);

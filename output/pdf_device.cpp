@@ -111,7 +111,9 @@ class PdfDevice : public PageDevice {
   }
   void AppendGlyph(uint32_t glyph) {
     const char bytes[2] = {static_cast<char>(glyph >> 8), static_cast<char>(glyph & 0xFF)};
-    pdf::AppendEscaped(content_, std::string_view(bytes, 2));
+    const auto plain = [](char c) { return c != '(' && c != ')' && c != '\\' && c != '\r'; };
+    if (plain(bytes[0]) && plain(bytes[1])) content_.append(bytes, 2);  // nearly every glyph
+    else pdf::AppendEscaped(content_, std::string_view(bytes, 2));
   }
   struct DocumentImage {
     std::string resource;  // "Im1", "Im2", …
