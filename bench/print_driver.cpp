@@ -1,7 +1,8 @@
 // Prints one benchmark document for profilers and memory probes:
-//   quorvel_bench_driver TYPE LINES print|preview|floor OUT [REPEAT]
+//   quorvel_bench_driver TYPE LINES print|preview|floor|replay OUT [REPEAT]
 // print: through the system printer to OUT (.pdf or .jsonl); preview: on a preview surface;
-// floor: record once, then replay the pages REPEAT times straight into a cairo PDF at OUT.
+// floor: record once, then replay the pages REPEAT times straight into a cairo PDF at OUT;
+// replay: the same through the direct PDF device.
 // One untimed round runs first (fonts loaded, caches warm); the timed rounds run inside
 // RunMeasured, so a profiler can collect that alone:
 //   valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*RunMeasured*' ...
@@ -28,6 +29,7 @@ size_t RunOnce(const BenchDocument& doc, const std::string& mode, const std::str
                const std::vector<RecordedPage>& recorded) {
   if (mode == "preview") return PrintToPreview(doc), 0;
   if (mode == "floor") return ReplayToPdf(recorded, out), recorded.size();
+  if (mode == "replay") return ReplayToDevice(recorded, "pdf", out), recorded.size();
   return static_cast<size_t>(PrintToFile(doc, out));
 }
 
@@ -41,7 +43,7 @@ size_t RunOnce(const BenchDocument& doc, const std::string& mode, const std::str
 
 int main(int argc, char** argv) {
   if (argc < 5) {
-    std::fprintf(stderr, "usage: %s TYPE LINES print|preview|floor OUT [REPEAT]\n", argv[0]);
+    std::fprintf(stderr, "usage: %s TYPE LINES print|preview|floor|replay OUT [REPEAT]\n", argv[0]);
     return 2;
   }
   try {
@@ -50,7 +52,7 @@ int main(int argc, char** argv) {
     const std::string mode = argv[3], out = argv[4];
     const int repeat = argc > 5 ? std::atoi(argv[5]) : 1;
     std::vector<RecordedPage> recorded;
-    if (mode == "floor") recorded = RecordPages(doc, out + ".jsonl");
+    if (mode == "floor" || mode == "replay") recorded = RecordPages(doc, out + ".jsonl");
     const long built = PeakRssKiB();  // the document's own data is in memory from here on
     RunOnce(doc, mode, out, recorded);
     const auto start = std::chrono::steady_clock::now();

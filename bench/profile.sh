@@ -14,10 +14,14 @@ count() {  # TYPE LINES MODE -> instructions of 3 measured rounds
     --callgrind-out-file="$out/cg.out" "$driver" "$1" "$2" "$3" "$out/doc.pdf" 3 >/dev/null 2>&1
   callgrind_annotate "$out/cg.out" 2>/dev/null | awk '/PROGRAM TOTALS/ {gsub(",", "", $1); print $1}'
 }
-printf '%-22s %16s %16s %8s\n' document "print instr." "floor instr." ratio
+# print: the whole print to PDF; replay: its pages through the direct PDF device alone; floor:
+# the same pages through cairo. print/replay is what the layout adds; floor/replay the speed-up.
+printf '%-22s %14s %14s %14s %13s %13s\n' document "print instr." "replay instr." "floor instr." print/replay floor/replay
 while [ $# -ge 2 ]; do
   print=$(count "$1" "$2" print)
+  replay=$(count "$1" "$2" replay)
   floor=$(count "$1" "$2" floor)
-  printf '%-22s %16s %16s %8.3f\n' "$1/$2" "$print" "$floor" "$(awk -v a="$print" -v b="$floor" 'BEGIN { print a / b }')"
+  printf '%-22s %14s %14s %14s %13.3f %13.2f\n' "$1/$2" "$print" "$replay" "$floor" \
+    "$(awk -v a="$print" -v b="$replay" 'BEGIN { print a / b }')" "$(awk -v a="$floor" -v b="$replay" 'BEGIN { print a / b }')"
   shift 2
 done
