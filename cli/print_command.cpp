@@ -82,14 +82,9 @@ void ApplyEscPosOptions(const PrintOptions& options, PrinterOutput& output) {
 void ApplyPdfOptions(const PrintOptions& options, PrinterOutput& output) {
   output.pdfa = options.pdfa;
   for (const std::string& path : options.attach) Attach(output, ReadAttachment(path));
-  if (options.output == "-" && !options.to_queue && options.escpos.empty()) {
-    PrinterOutput written = PrinterOutput::ForPath("document." + options.format);
-    written.pdfa = output.pdfa;
-    written.attachments = output.attachments;
-    CheckArchivalOutput(written);
-  } else {
-    CheckArchivalOutput(output);
-  }
+  // Standard output's device is known once its temporary file is named, and checks then,
+  // still before anything is drawn.
+  if (options.output != "-") CheckArchivalOutput(output);
 }
 }  // namespace
 
