@@ -3,6 +3,7 @@
 #include <string>
 
 #include "foundation/errors.hpp"
+#include "foundation/markup_text.hpp"
 #include "output/pdf_archive.hpp"
 #include "output/pdf_attachment.hpp"
 
@@ -11,20 +12,6 @@ namespace quorvel::pdf {
 namespace {
 
 constexpr const char* kFacturXNamespace = "urn:factur-x:pdfa:CrossIndustryDocument:invoice:1p0#";
-
-std::string XmlEscaped(const std::string& text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
-    }
-  }
-  return out;
-}
 
 // "D:YYYYMMDDhhmmssZ" as the XMP date of the same instant, "YYYY-MM-DDThh:mm:ssZ".
 std::string XmpDate(const std::string& pdf_date) {
@@ -48,7 +35,7 @@ std::string FacturXDescriptions(const std::string& level) {
   std::string out = std::string("<rdf:Description rdf:about=\"\" xmlns:fx=\"") + kFacturXNamespace + "\">\n" +
                     "<fx:DocumentType>INVOICE</fx:DocumentType>\n<fx:DocumentFileName>" + kFacturXFileName +
                     "</fx:DocumentFileName>\n<fx:Version>1.0</fx:Version>\n<fx:ConformanceLevel>" +
-                    XmlEscaped(level) + "</fx:ConformanceLevel>\n</rdf:Description>\n";
+                    MarkupEscaped(level) + "</fx:ConformanceLevel>\n</rdf:Description>\n";
   out += "<rdf:Description rdf:about=\"\" xmlns:pdfaExtension=\"http://www.aiim.org/pdfa/ns/extension/\""
          " xmlns:pdfaSchema=\"http://www.aiim.org/pdfa/ns/schema#\""
          " xmlns:pdfaProperty=\"http://www.aiim.org/pdfa/ns/property#\">\n"
@@ -87,7 +74,7 @@ std::string FacturXLevel(std::string_view invoice_xml) {
 
 std::string XmpMetadata(const XmpFacts& facts) {
   const std::string date = XmpDate(facts.date);
-  const std::string producer = XmlEscaped(std::string(kProducer));
+  const std::string producer = MarkupEscaped(kProducer);
   // The packet header has no bytes or encoding attribute: PDF/A forbids them.
   std::string out = "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
                     "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
@@ -98,7 +85,7 @@ std::string XmpMetadata(const XmpFacts& facts) {
                     "<rdf:Description rdf:about=\"\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\">\n"
                     "<dc:format>application/pdf</dc:format>\n"
                     "<dc:title><rdf:Alt><rdf:li xml:lang=\"x-default\">";
-  out += XmlEscaped(facts.title) + "</rdf:li></rdf:Alt></dc:title>\n</rdf:Description>\n";
+  out += MarkupEscaped(facts.title) + "</rdf:li></rdf:Alt></dc:title>\n</rdf:Description>\n";
   // Each entry of the Info dictionary has its twin here, with the same value: PDF/A asks both.
   out += "<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\">\n<xmp:CreateDate>" + date +
          "</xmp:CreateDate>\n<xmp:ModifyDate>" + date + "</xmp:ModifyDate>\n<xmp:CreatorTool>" + producer +
