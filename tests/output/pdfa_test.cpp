@@ -105,6 +105,10 @@ nlohmann::json FileSpecification(const QpdfJson& pdf, const std::string& name) {
 class PdfA : public ::testing::Test {
  protected:
   void SetUp() override { dir_ = TempDir("pdfa-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name())); }
+  // The system printer is shared by every test of the process: later ones get a plain output.
+  void TearDown() override {
+    if (!SystemPrinter().InDocument()) SystemPrinter().SetOutput(PrinterOutput{});
+  }
   std::string dir_;
 };
 
