@@ -7,6 +7,7 @@
 #include "foundation/preview_surface.hpp"
 #include "foundation/printer_surface.hpp"
 #include "output/escpos/escpos_device.hpp"
+#include "output/pdf_attachment.hpp"
 
 namespace capi = quorvel::capi;
 using quorvel::PrinterOutput;
@@ -20,6 +21,19 @@ void ApplyOutput(const PrinterOutput& output, const char* paper) {
   if (paper) printer.SetPaper(quorvel::Paper::Named(paper));
   printer.SetOutput(output);
 }
+
+// The system printer's current output, changed; refused whole when its device cannot take the
+// change, so a refused request leaves the output as it was.
+template <class Change>
+void ChangeOutput(Change&& change) {
+  quorvel::PrinterSurface& printer = quorvel::SystemPrinter();
+  PrinterOutput output = printer.Output();
+  change(output);
+  quorvel::CheckArchivalOutput(output);
+  printer.SetOutput(output);
+}
+
+std::string OptionalText(const char* text) { return text ? text : ""; }
 
 // Largest picture a host may ask for: a 16-bit count of twips, as the surface's positions are.
 constexpr double kLargestPreview = 32767.0 * 20;
@@ -63,6 +77,24 @@ int32_t quorvel_printer_set_escpos(const char* destination, int32_t paper_mm, in
     quorvel::escpos::CheckEscPosOutput(output);
     ApplyOutput(output, paper);
   });
+}
+
+int32_t quorvel_printer_set_pdfa(int32_t on) {
+  return capi::Guard([&] { ChangeOutput([&](PrinterOutput& output) { output.pdfa = on != 0; }); });
+}
+
+int32_t quorvel_printer_attach(const char* path, const char* mime_type, const char* relationship,
+                               const char* description) {
+  return capi::Guard([&] {
+    quorvel::PdfAttachment attachment = quorvel::ReadAttachment(
+        capi::TextArg(path, "attachment path"), OptionalText(mime_type), OptionalText(relationship),
+        OptionalText(description));
+    ChangeOutput([&](PrinterOutput& output) { quorvel::Attach(output, std::move(attachment)); });
+  });
+}
+
+int32_t quorvel_printer_clear_attachments(void) {
+  return capi::Guard([] { ChangeOutput([](PrinterOutput& output) { output.attachments.clear(); }); });
 }
 
 int32_t quorvel_printer_end_doc(void) {

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quorvel::cli {
 
@@ -24,6 +25,9 @@ struct PrintOptions {
   int escpos_timeout = 10;
   bool drawer = false;
   bool no_cut = false;
+  // PDF/A-3b, and files carried inside the PDF (factur-x.xml becomes the invoice's Alternative).
+  bool pdfa = false;
+  std::vector<std::string> attach;
 };
 
 // Prints one document; reports what was written. Returns the process exit code.

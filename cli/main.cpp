@@ -30,6 +30,11 @@ int main(int argc, char** argv) {
   print_cmd->add_option("--escpos-timeout", print.escpos_timeout, "seconds to reach and write to the ESC/POS printer")->check(CLI::Range(1, 3600));
   print_cmd->add_flag("--drawer", print.drawer, "open the cash drawer after the receipt (ESC/POS)");
   print_cmd->add_flag("--no-cut", print.no_cut, "feed the receipt out without cutting it (ESC/POS)");
+  print_cmd->add_flag("--pdfa", print.pdfa, "write PDF/A-3b (a .pdf output only)");
+  print_cmd->add_option("--attach", print.attach,
+                        "carry FILE inside the PDF (repeatable); factur-x.xml is attached as the invoice's Factur-X XML")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
   CLI::App* typelib_cmd = app.add_subcommand("typelib", "list the Quorvel type library");
   const quorvel::cli::BatchCommand batch = quorvel::cli::AddBatchCommand(app);
   CLI::App* schema_cmd = app.add_subcommand("schema", "print the JSON Schema of document files");

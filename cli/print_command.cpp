@@ -12,6 +12,7 @@
 #include "foundation/errors.hpp"
 #include "foundation/temp_folder.hpp"
 #include "output/escpos/escpos_device.hpp"
+#include "output/pdf_attachment.hpp"
 
 namespace quorvel::cli {
 
@@ -41,10 +42,14 @@ void CopyToStandardOutput(const std::string& path) {
 // `-o -`: the document is rendered into a private folder first and copied out only when it is
 // complete, so a failure leaves standard output empty. PNG is one file per page, so it has no
 // single stream to write.
-int PrintToStandardOutput(const DocumentJob& job, const PrintOptions& options, const Paper& paper) {
+int PrintToStandardOutput(const DocumentJob& job, const PrintOptions& options, const PrinterOutput& archival,
+                          const Paper& paper) {
   if (options.format == "png") Raise(err::kInvalidArgument, "-o -: PNG makes one file per page; give a file path");
   TempFolder folder("the document");
-  const JobResult done = PrintJobTo(job, FileOutput(folder.Path() + "/document." + options.format, options.device), paper, options.preview);
+  PrinterOutput output = FileOutput(folder.Path() + "/document." + options.format, options.device);
+  output.pdfa = archival.pdfa;
+  output.attachments = archival.attachments;
+  const JobResult done = PrintJobTo(job, output, paper, options.preview);
   CopyToStandardOutput(done.results.front());
   Report(std::cerr, {{"standard output"}, done.pages});
   return 0;
@@ -72,6 +77,15 @@ void ApplyEscPosOptions(const PrintOptions& options, PrinterOutput& output) {
   output.escpos.cut = !options.no_cut;
   escpos::CheckEscPosOutput(output);
 }
+
+// --pdfa and --attach: each file read now, and refused at once on an output that is not PDF.
+void ApplyPdfOptions(const PrintOptions& options, PrinterOutput& output) {
+  output.pdfa = options.pdfa;
+  for (const std::string& path : options.attach) Attach(output, ReadAttachment(path));
+  // Standard output's device is known once its temporary file is named, and checks then,
+  // still before anything is drawn.
+  if (options.output != "-") CheckArchivalOutput(output);
+}
 }  // namespace
 
 int RunPrint(const PrintOptions& options) {
@@ -93,11 +107,12 @@ int RunPrint(const PrintOptions& options) {
     output = FileOutput(options.output, options.device);
   }
   if (output.device == "escpos") ApplyEscPosOptions(options, output);
+  ApplyPdfOptions(options, output);
   // Everything is read and checked before anything is drawn.
   std::string stdin_text;
   const DocumentJob job = LoadJob(options.document, stdin_text);
   CheckGlyphs(options, stdin_text);
-  if (!options.to_queue && options.output == "-") return PrintToStandardOutput(job, options, paper);
+  if (!options.to_queue && options.output == "-") return PrintToStandardOutput(job, options, output, paper);
   Report(std::cout, PrintJobTo(job, output, paper, options.preview));
   return 0;
 }

@@ -5,6 +5,7 @@
 
 #include "demo/demo_form.hpp"
 #include "demo/document_view.hpp"
+#include "foundation/markup_text.hpp"
 
 namespace quorvel::demo {
 
@@ -177,20 +178,6 @@ constexpr const char* kPage = R"HTML(<!doctype html>
 </html>
 )HTML";
 
-std::string Escaped(const std::string& text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
-    }
-  }
-  return out;
-}
-
 void Replace(std::string& page, const std::string& mark, const std::string& text) {
   page.replace(page.find(mark), mark.size(), text);
 }
@@ -215,8 +202,8 @@ std::string StartData() {
 std::string DemoPage() {
   std::string items;
   for (const FormButton& b : FormButtons())
-    items += "    <button type=\"button\" id=\"" + b.control + "\" data-sample=\"" + Escaped(b.sample) + "\">" +
-             Escaped(b.caption) + "</button>\n";
+    items += "    <button type=\"button\" id=\"" + b.control + "\" data-sample=\"" + MarkupEscaped(b.sample) + "\">" +
+             MarkupEscaped(b.caption) + "</button>\n";
   std::string page = kPage;
   Replace(page, "<!--BUTTONS-->\n", items);
   Replace(page, "<!--START-->", StartData());

@@ -112,6 +112,27 @@ int32_t quorvel_printer_set_queue(const char* queue, const char* paper);
 int32_t quorvel_printer_set_escpos(const char* destination, int32_t paper_mm, int32_t dpi, int32_t cut,
                                    int32_t drawer, int32_t timeout_seconds, const char* paper);
 
+/* PDF/A-3b (on non-zero) for the system printer's current output, which must be a .pdf file of
+   quorvel_printer_set_output; any other output refuses it with error 5. It lasts until on is 0
+   or the output is set again: quorvel_printer_set_output, _set_queue and _set_escpos start a
+   fresh output without PDF/A and without attachments, so call this after them. */
+int32_t quorvel_printer_set_pdfa(int32_t on);
+
+/* Carries the file at path inside every next PDF of the system printer's current output (a .pdf
+   file; any other output refuses it with error 5). The file is read now: a missing or unreadable
+   one is error 75 naming it, and later changes to it are not seen. mime_type NULL or "" comes
+   from the ending (.xml text/xml, .pdf, .json, .csv, .txt, anything else
+   application/octet-stream); relationship NULL or "" is Alternative for a file named
+   factur-x.xml (the Factur-X / ZUGFeRD invoice, which a PDF/A document also describes in its
+   metadata) and Unspecified for any other, else one of Alternative, Data, Source, Supplement,
+   Unspecified; description may be NULL. A second file of the same name is refused. Attachments
+   last like quorvel_printer_set_pdfa. */
+int32_t quorvel_printer_attach(const char* path, const char* mime_type, const char* relationship,
+                               const char* description);
+
+/* Removes every attachment of the system printer's current output. */
+int32_t quorvel_printer_clear_attachments(void);
+
 /* Ends the document in progress on the system printer (for routines that leave it to the host,
    such as ClassCheckPrinter.PrintChecks). Does nothing when no document is open. */
 int32_t quorvel_printer_end_doc(void);

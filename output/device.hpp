@@ -25,6 +25,16 @@ struct EscPosOptions {
   int timeout_seconds = 10;  // for reaching and writing to the printer
 };
 
+// A file carried inside a PDF (an e-invoice's XML beside its printed form), read when attached.
+struct PdfAttachment {
+  std::string name;          // as the PDF shows it: the file's own name, without its folder
+  std::string mime_type;     // "text/xml"
+  std::string relationship;  // AFRelationship: Alternative, Data, Source, Supplement or Unspecified
+  std::string description;
+  std::string modified;      // the file's modification time, "D:YYYYMMDDhhmmssZ"
+  std::shared_ptr<const std::string> bytes;
+};
+
 // What the host chose for the printer's output.
 struct PrinterOutput {
   std::string device = "pdf";              // a registered device's name (RegisteredDevices)
@@ -35,6 +45,10 @@ struct PrinterOutput {
   double dpi = 96;                         // raster file devices
   // A preview's one picture: written to `path` exactly (no page number), and no end op.
   bool single_picture = false;
+  // PDF/A-3b and attached files; only the direct PDF device ("pdf") takes them, every other
+  // device refuses an output that asks for them.
+  bool pdfa = false;
+  std::vector<PdfAttachment> attachments;
 
   // The device registered for the path's ending (.pdf, .png, .svg, .jsonl, .escpos); anything
   // else raises.
@@ -123,6 +137,8 @@ struct DeviceEntry {
   // For a device whose endings are not for everyday documents, what they are for ("for a
   // receipt printer"): the error for an unknown ending lists them apart, with this note.
   std::string special_use;
+  // Writes PDF/A and carries attachments; an output asking for them elsewhere is refused.
+  bool archival = false;
 };
 
 // Adds a device; a second device of the same name raises.
@@ -130,8 +146,11 @@ void RegisterDevice(DeviceEntry entry);
 const std::vector<DeviceEntry>& RegisteredDevices();
 // The device this output asks for, opened; an unknown name raises the invalid-argument error.
 std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output);
-// Raises the file error unless the output's first file could be created.
+// Raises the file error unless the output's first file could be created; raises the
+// invalid-argument error when it asks for PDF/A or attachments of a device that cannot write them.
 void CheckOutputWritable(const PrinterOutput& output);
+// The invalid-argument error unless the output's device takes its PDF/A and attachment requests.
+void CheckArchivalOutput(const PrinterOutput& output);
 
 // The entry of a device writing one file at the output's path, checked before drawing starts.
 DeviceEntry FileDevice(std::string name, std::vector<std::string> endings, DeviceFactory open);

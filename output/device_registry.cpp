@@ -103,12 +103,23 @@ PrinterOutput PrinterOutput::ForPath(const std::string& path) {
 }
 
 std::unique_ptr<PageDevice> OpenDevice(const PrinterOutput& output) {
+  CheckArchivalOutput(output);
   return EntryNamed(output.device).open(output);
 }
 
 void CheckOutputWritable(const PrinterOutput& output) {
+  CheckArchivalOutput(output);
   const DeviceEntry& entry = EntryNamed(output.device);
   if (entry.check_writable) entry.check_writable(output);
+}
+
+void CheckArchivalOutput(const PrinterOutput& output) {
+  if (!output.pdfa && output.attachments.empty()) return;
+  const DeviceEntry& entry = EntryNamed(output.device);
+  if (entry.archival) return;
+  const std::string asked = output.pdfa ? (output.attachments.empty() ? "PDF/A" : "PDF/A and attachments") : "attachments";
+  Raise(err::kInvalidArgument, asked + " need the direct PDF output (a .pdf file); the output device \"" + entry.name +
+                                   "\" cannot write them");
 }
 
 DeviceEntry FileDevice(std::string name, std::vector<std::string> endings, DeviceFactory open) {

@@ -13,6 +13,7 @@
 #include "foundation/raster_image.hpp"
 #include "foundation/utf8.hpp"
 #include "output/device.hpp"
+#include "output/pdf_archive.hpp"
 #include "output/pdf_fonts.hpp"
 #include "output/pdf_writer.hpp"
 
@@ -45,7 +46,7 @@ std::string PdfDate(const std::string& fixed) {
 class PdfDevice : public PageDevice {
  public:
   explicit PdfDevice(const PrinterOutput& output)
-      : file_(output.path), writer_(file_), date_(PdfDate(output.pdf_creation_date)) {
+      : file_(output.path), writer_(file_), date_(PdfDate(output.pdf_creation_date)), archive_(output) {
     catalog_ = writer_.Reserve();
     pages_object_ = writer_.Reserve();
     info_ = writer_.Reserve();
@@ -125,6 +126,7 @@ class PdfDevice : public PageDevice {
   AtomicFile file_;
   pdf::ObjectWriter writer_;
   std::string date_;
+  pdf::ArchiveParts archive_;  // PDF/A metadata and attached files, when the host asked for them
   int catalog_, pages_object_, info_;
   std::vector<int> page_objects_;
   std::map<const FontFace*, std::unique_ptr<pdf::DocumentFont>> fonts_;
@@ -327,13 +329,18 @@ void PdfDevice::EndDocument() {
   pdf::AppendInt(pages, static_cast<int64_t>(page_objects_.size()));
   pages += ">>";
   writer_.End();
+  bool notdef_drawn = false;  // glyph 0, the missing-glyph box
+  for (const auto& [face, font] : fonts_) notdef_drawn = notdef_drawn || font->Uses(0);
+  const std::string archive_entries = archive_.Write(writer_, date_, notdef_drawn);
   std::string& catalog = writer_.Begin(catalog_);
   catalog += "<</Type/Catalog/Pages ";
   pdf::AppendInt(catalog, pages_object_);
-  catalog += " 0 R>>";
+  catalog += " 0 R" + archive_entries + ">>";
   writer_.End();
   std::string& info = writer_.Begin(info_);
-  info += "<</Producer(Quorvel)/Creator(Quorvel)/CreationDate(" + date_ + ")/ModDate(" + date_ + ")>>";
+  const std::string producer(pdf::kProducer);
+  info += "<</Producer(" + producer + ")/Creator(" + producer + ")" + archive_.InfoEntries() + "/CreationDate(" +
+          date_ + ")/ModDate(" + date_ + ")>>";
   writer_.End();
   // The ID only has to tell documents apart: the date, the size and the page count do, and the
   // same document with a fixed date gets the same ID.
@@ -354,9 +361,11 @@ void PdfDevice::EndDocument() {
 }  // namespace
 
 void RegisterPdfDevice() {
-  RegisterDevice(FileDevice("pdf", {".pdf"}, [](const PrinterOutput& output) {
+  DeviceEntry entry = FileDevice("pdf", {".pdf"}, [](const PrinterOutput& output) {
     return std::make_unique<PdfDevice>(output);
-  }));
+  });
+  entry.archival = true;
+  RegisterDevice(std::move(entry));
 }
 
 }  // namespace quorvel

@@ -32,6 +32,7 @@ class DocumentFont {
   const std::string& Resource() const { return resource_; }  // "F1", "F2", …
   int Object() const { return object_; }
   const FontFace& Face() const { return *face_; }
+  bool Uses(uint32_t glyph) const { return glyph < used_.size() && used_[glyph]; }
   // Writes the Type0 font, its CID font, descriptor, subset file and ToUnicode map.
   void Write(ObjectWriter& writer) const;
 

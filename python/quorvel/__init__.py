@@ -13,7 +13,8 @@ import contextlib
 import json
 
 from . import _quorvel
-from ._quorvel import Error, Object, end_doc, kill_doc, last_results, set_output, set_queue, system_printer
+from ._quorvel import (Error, Object, attach, clear_attachments, end_doc, kill_doc, last_results, set_output,
+                       set_pdfa, set_queue, system_printer)
 
 __version__ = _quorvel.version()
 

@@ -49,6 +49,15 @@ void SetQueue(const std::string& queue, const std::optional<std::string>& paper)
   Locked([&] { CheckStatus(quorvel_printer_set_queue(queue.c_str(), paper ? paper->c_str() : nullptr)); });
 }
 
+// PDF/A and attachments change the output set last, so they follow set_output.
+void Attach(const std::string& path, const std::optional<std::string>& mime_type,
+            const std::optional<std::string>& relationship, const std::optional<std::string>& description) {
+  const auto text = [](const std::optional<std::string>& value) { return value ? value->c_str() : nullptr; };
+  Locked([&] {
+    CheckStatus(quorvel_printer_attach(path.c_str(), text(mime_type), text(relationship), text(description)));
+  });
+}
+
 py::tuple LastResults() {
   const auto [results, pages] = Locked([] {
     const PrinterSurface& printer = SystemPrinter();
@@ -79,6 +88,11 @@ void DefineFunctions(py::module_& module) {
   module.def("preview_ops", &PreviewOps, py::arg("preview"));
   module.def("set_output", &SetOutput, py::arg("path"), py::arg("paper") = py::none());
   module.def("set_queue", &SetQueue, py::arg("queue") = "", py::arg("paper") = py::none());
+  module.def("set_pdfa", [](bool on) { Locked([&] { CheckStatus(quorvel_printer_set_pdfa(on ? 1 : 0)); }); },
+             py::arg("on") = true);
+  module.def("attach", &Attach, py::arg("path"), py::arg("mime_type") = py::none(),
+             py::arg("relationship") = py::none(), py::arg("description") = py::none());
+  module.def("clear_attachments", [] { Locked([] { CheckStatus(quorvel_printer_clear_attachments()); }); });
   module.def("end_doc", [] { Locked([] { CheckStatus(quorvel_printer_end_doc()); }); });
   module.def("kill_doc", [] { Locked([] { CheckStatus(quorvel_printer_kill_doc()); }); });
   module.def("last_results", &LastResults);

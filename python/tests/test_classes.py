@@ -1,5 +1,6 @@
 """The type library's classes from Python: objects, members, collections, printing, errors."""
 import json
+import subprocess
 
 import pytest
 
@@ -111,3 +112,29 @@ def test_a_queue_output_reaches_the_print_system(monkeypatch):
             quorvel.ClassInvoicePrinter().PrintIt(make_invoice("INV-PY-0013"), True)
         quorvel.set_output("quorvel-print.pdf")
     assert caught.value.number == 482
+
+
+def test_pdfa_with_an_attached_invoice_xml(tmp_path):
+    xml = tmp_path / "factur-x.xml"
+    xml.write_bytes(b"<?xml version=\"1.0\"?><invoice number=\"INV-PY-0011\"/>\n")
+    out = tmp_path / "archive.pdf"
+    with quorvel.printing():
+        quorvel.set_output(str(tmp_path / "page.png"))
+        with pytest.raises(quorvel.Error) as refused:
+            quorvel.set_pdfa()
+        assert refused.value.number == 5 and "PDF/A" in refused.value.message
+        quorvel.set_output(str(out))
+        with pytest.raises(quorvel.Error) as missing:
+            quorvel.attach(str(tmp_path / "missing.xml"))
+        assert missing.value.number == 75 and "missing.xml" in missing.value.message
+        quorvel.set_pdfa(True)
+        quorvel.attach(str(xml), description="the invoice as XML")
+        quorvel.ClassInvoicePrinter().PrintIt(make_invoice("INV-PY-0011"), True)
+        quorvel.set_output(str(tmp_path / "plain.pdf"))  # a new output starts without them
+        quorvel.ClassInvoicePrinter().PrintIt(make_invoice("INV-PY-0012"), True)
+    shown = subprocess.run(["qpdf", "--show-attachment=factur-x.xml", str(out)], capture_output=True, check=True)
+    assert shown.stdout == xml.read_bytes()
+    assert b"<pdfaid:part>3</pdfaid:part>" in out.read_bytes()  # the XMP packet is not compressed
+    plain = subprocess.run(["qpdf", "--list-attachments", str(tmp_path / "plain.pdf")], capture_output=True, text=True)
+    assert "no embedded files" in plain.stdout
+    assert "INV-PY-0011" in pdf_text(out)

@@ -1,0 +1,21 @@
+// Text placed inside XML or HTML markup, its markup characters escaped.
+#include "foundation/markup_text.hpp"
+
+namespace quorvel {
+
+std::string MarkupEscaped(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (char c : text) {
+    switch (c) {
+      case '&': out += "&amp;"; break;
+      case '<': out += "&lt;"; break;
+      case '>': out += "&gt;"; break;
+      case '"': out += "&quot;"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
+}  // namespace quorvel
