@@ -101,7 +101,7 @@ std::string ArchiveParts::Write(ObjectWriter& writer, const std::string& date, b
     const int metadata = writer.Reserve(), profile = writer.Reserve();
     // Left uncompressed, as PDF/A asks, so that tools that do not read PDF can still find it.
     writer.Stream(metadata, "/Type/Metadata/Subtype/XML", XmpMetadata(facts));
-    writer.Stream(profile, "/N 3/Filter/FlateDecode", Deflate(profile_));
+    writer.DeflatedStream(profile, "/N 3", profile_);
     entries += "/Metadata ";
     AppendReference(entries, metadata);
     entries += "/OutputIntents[<</Type/OutputIntent/S/GTS_PDFA1/OutputConditionIdentifier(sRGB IEC61966-2.1)"
@@ -124,8 +124,8 @@ std::string ArchiveParts::EmbedFiles(ObjectWriter& writer) {
     AppendName(dictionary, attachment.mime_type);
     dictionary += "/Params<</Size ";
     AppendInt(dictionary, static_cast<int64_t>(attachment.bytes->size()));
-    dictionary += "/ModDate(" + attachment.modified + ")>>/Filter/FlateDecode";
-    writer.Stream(stream, dictionary, Deflate(*attachment.bytes));
+    dictionary += "/ModDate(" + attachment.modified + ")>>";
+    writer.DeflatedStream(stream, dictionary, *attachment.bytes);
     std::string& out = writer.Begin(specification);
     out += "<</Type/Filespec/F";
     AppendLiteral(out, AsciiFileName(attachment.name));
