@@ -86,6 +86,9 @@ class RangeWidths {
     for (size_t k = 0; k < t.size(); ++k) sums_[k + 1] = sums_[k] + advances[k];
     for (size_t k = 0; k + 1 < t.size(); ++k)
       if (t[k] == U'\r' && t[k + 1] == U'\n') breaks_.push_back(k);
+    // A CR LF pair completed by one more character ends a line, and the widest line can then be
+    // narrower than the text before it was: only plain text without breaks grows monotonically.
+    monotonic_ = plain && breaks_.empty();
     // Line k (k >= 1) lies between break k-1 and break k; table level j holds maxima of 2^j lines.
     std::vector<int64_t> lines(breaks_.size(), 0);
     for (size_t k = 1; k < breaks_.size(); ++k) lines[k] = Sum(breaks_[k - 1] + 2, breaks_[k]);
@@ -96,6 +99,21 @@ class RangeWidths {
       for (size_t k = 0; k < level.size(); ++k) level[k] = std::max(below[k], below[k + span / 2]);
       max_.push_back(std::move(level));
     }
+  }
+
+  // Plain advances are never negative, so without line breaks the width of from..from+L never
+  // shrinks as L grows:
+  // the first length in 1..longest whose width reaches `width` is found by halving
+  // (longest + 1 when none does). Only for Monotonic() texts.
+  bool Monotonic() const { return monotonic_; }
+  size_t FirstReaching(size_t from, size_t longest, double width) const {
+    size_t low = 1, high = longest + 1;
+    while (low < high) {
+      const size_t middle = low + (high - low) / 2;
+      if (Width(from, from + middle) >= width) high = middle;
+      else low = middle + 1;
+    }
+    return low;
   }
 
   double Width(size_t from, size_t to) const {
@@ -147,6 +165,7 @@ class RangeWidths {
   const Surface& obj_;
   const std::u32string& text_;
   bool exact_ranges_ = false;
+  bool monotonic_ = false;
   std::vector<int64_t> sums_;
   std::vector<size_t> breaks_;
   std::vector<std::vector<int64_t>> max_;
@@ -189,7 +208,21 @@ void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::
     const size_t remaining = whole.size() - offset;
     size_t line_length = 0;
     int16_t i = 1;
-    while (width_of(offset, offset + line_length) < width) {
+    // The loop below grows the line a character at a time until it reaches the width; where
+    // widths only grow, the same length is found by halving, and the last blank it passed by
+    // looking back.
+    const size_t longest = std::min<size_t>(remaining, 32766);
+    const size_t reach = widths.Monotonic() && width > 0 ? widths.FirstReaching(offset, longest, width) : 0;
+    if (reach >= 1 && reach <= longest) {
+      line_length = reach;
+      i = static_cast<int16_t>(reach + 1);
+      for (size_t k = reach; k >= 1; --k)
+        if (whole[offset + k - 1] == U' ') {
+          last_blank = static_cast<int16_t>(k);
+          break;
+        }
+    }
+    while (reach == 0 || reach > longest ? width_of(offset, offset + line_length) < width : false) {
       if (i >= 1 && static_cast<size_t>(i) <= remaining) {
         line_length = static_cast<size_t>(i);
         if (whole[offset + line_length - 1] == U' ') last_blank = i;

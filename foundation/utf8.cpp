@@ -49,9 +49,14 @@ void RequireUtf8(std::string_view text, std::string_view field) {
 }
 
 std::u32string DecodeUtf8(std::string_view text) {
-  std::u32string out;
+  // The ASCII head of a text (all of most texts) is copied character for character.
+  size_t ascii = 0;
+  while (ascii < text.size() && static_cast<unsigned char>(text[ascii]) < 0x80) ++ascii;
+  std::u32string out(ascii, U'\0');
+  for (size_t k = 0; k < ascii; ++k) out[k] = static_cast<unsigned char>(text[k]);
+  if (ascii == text.size()) return out;
   out.reserve(text.size());
-  ForEachCodePoint(text, [&](char32_t cp) { out.push_back(cp); });
+  ForEachCodePoint(text.substr(ascii), [&](char32_t cp) { out.push_back(cp); });
   return out;
 }
 
@@ -74,9 +79,11 @@ void AppendUtf8(std::string& out, char32_t cp) {
 }
 
 std::string EncodeUtf8(std::u32string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (char32_t cp : text) AppendUtf8(out, cp);
+  size_t ascii = 0;
+  while (ascii < text.size() && text[ascii] < 0x80) ++ascii;
+  std::string out(ascii, '\0');
+  for (size_t k = 0; k < ascii; ++k) out[k] = static_cast<char>(text[k]);
+  for (size_t k = ascii; k < text.size(); ++k) AppendUtf8(out, text[k]);
   return out;
 }
 

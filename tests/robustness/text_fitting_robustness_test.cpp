@@ -42,11 +42,13 @@ std::vector<std::string> ReferenceWrap(Surface& obj, std::string text, int16_t w
 
 // Texts made of narrow and wide letters, blanks, lone CRs and LFs and CR LF pairs, so that
 // candidate lines start and end on every part of a line break.
-std::string RandomText(std::mt19937& random) {
+std::string RandomText(std::mt19937& random, bool line_breaks = true) {
   static const std::vector<std::string> pieces = {"a", "i", "W", "m", " ", " ", "\r", "\n", "\r\n", "\r\n", "\r\r\n"};
+  static const std::vector<std::string> plain = {"a", "i", "W", "m", " ", "  ", "ij", "."};
+  const std::vector<std::string>& choice = line_breaks ? pieces : plain;
   std::string text;
   const int count = std::uniform_int_distribution<int>(0, 120)(random);
-  for (int k = 0; k < count; ++k) text += pieces[std::uniform_int_distribution<size_t>(0, pieces.size() - 1)(random)];
+  for (int k = 0; k < count; ++k) text += choice[std::uniform_int_distribution<size_t>(0, choice.size() - 1)(random)];
   return text;
 }
 
@@ -57,6 +59,23 @@ TEST(WrapTextRobustness, TextsWithLineBreaksWrapAsTheRuleMeasuresThem) {
   for (int round = 0; round < 400; ++round) {
     const std::string text = RandomText(random);
     const int16_t width = widths[round % 4];
+    std::string wrapped = text;
+    int16_t given = width;
+    std::vector<std::string> lines;
+    WrapText(obj, wrapped, given, lines);
+    ASSERT_EQ(lines, ReferenceWrap(obj, text, width)) << "round " << round << ", width " << width;
+  }
+}
+
+// Text without line breaks, where the wrap finds each line's length by halving rather than by
+// growing it a character at a time: the same lines as the rule gives.
+TEST(WrapTextRobustness, TextsWithoutLineBreaksWrapAsTheRuleMeasuresThem) {
+  PreviewSurface obj;
+  std::mt19937 random(20261123);
+  const int16_t widths[] = {250, 700, 1000, 1800, 4300};
+  for (int round = 0; round < 400; ++round) {
+    const std::string text = RandomText(random, false);
+    const int16_t width = widths[round % 5];
     std::string wrapped = text;
     int16_t given = width;
     std::vector<std::string> lines;
