@@ -66,7 +66,8 @@ std::unique_ptr<FontSource> LoadSource(const FontFace& face) {
 // Parsed once per process: later documents reuse the face, its advances and names.
 const FontSource& SourceFor(const FontFace& face) {
   static std::mutex mutex;
-  static std::map<const FontFace*, std::unique_ptr<FontSource>> sources;
+  // Never destroyed: a parsed face lives as long as the process, and exit leaves it reachable.
+  static auto& sources = *new std::map<const FontFace*, std::unique_ptr<FontSource>>;
   std::lock_guard<std::mutex> lock(mutex);
   auto& source = sources[&face];
   if (!source) source = LoadSource(face);
