@@ -1,6 +1,9 @@
 // The direct PDF device ("pdf", the default for .pdf): pages written as they arrive, text as
 // glyph ids of Identity-H fonts at the positions the layout measured, fonts subset at the end.
+#include <unistd.h>
+
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <ctime>
 #include <map>
@@ -43,10 +46,18 @@ std::string PdfDate(const std::string& fixed) {
   return "D:" + digits + "Z";
 }
 
+// What sets a document apart from others of the same date, size and page count.
+std::string UniqueSeed() {
+  static std::atomic<uint64_t> documents{0};
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  return std::to_string(getpid()) + "/" + std::to_string(++documents) + "/" + std::to_string(now);
+}
+
 class PdfDevice : public PageDevice {
  public:
   explicit PdfDevice(const PrinterOutput& output)
-      : file_(output.path), writer_(file_), date_(PdfDate(output.pdf_creation_date)), archive_(output) {
+      : file_(output.path), writer_(file_), date_(PdfDate(output.pdf_creation_date)),
+        id_seed_(output.pdf_creation_date.empty() ? UniqueSeed() : ""), archive_(output) {
     catalog_ = writer_.Reserve();
     pages_object_ = writer_.Reserve();
     info_ = writer_.Reserve();
@@ -126,6 +137,7 @@ class PdfDevice : public PageDevice {
   AtomicFile file_;
   pdf::ObjectWriter writer_;
   std::string date_;
+  std::string id_seed_;  // empty for a fixed date: the same document then gets the same ID
   pdf::ArchiveParts archive_;  // PDF/A metadata and attached files, when the host asked for them
   int catalog_, pages_object_, info_;
   std::vector<int> page_objects_;
@@ -342,10 +354,12 @@ void PdfDevice::EndDocument() {
   info += "<</Producer(" + producer + ")/Creator(" + producer + ")" + archive_.InfoEntries() + "/CreationDate(" +
           date_ + ")/ModDate(" + date_ + ")>>";
   writer_.End();
-  // The ID only has to tell documents apart: the date, the size and the page count do, and the
-  // same document with a fixed date gets the same ID.
+  // The ID only has to tell documents apart: the date, the size and the page count, and unless
+  // the date is fixed (repeatable output) the process and a counter, since two documents of one
+  // size may well be printed in the same second.
   uint64_t hash[2] = {1469598103934665603ull, 0x9E3779B97F4A7C15ull};
-  const std::string seed = date_ + "/" + std::to_string(writer_.Written()) + "/" + std::to_string(page_objects_.size());
+  const std::string seed = date_ + "/" + std::to_string(writer_.Written()) + "/" +
+                           std::to_string(page_objects_.size()) + "/" + id_seed_;
   for (char c : seed)
     for (uint64_t& h : hash) h = (h ^ static_cast<uint8_t>(c)) * 1099511628211ull;
   std::string id;

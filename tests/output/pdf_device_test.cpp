@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -17,11 +18,11 @@ namespace quorvel::testing {
 namespace {
 
 // Prints a sample through the system printer to `path`; the device comes from the ending.
-void PrintSample(const std::string& sample, const std::string& path) {
+void PrintSample(const std::string& sample, const std::string& path, const std::string& date = "2026-01-02T03:04:05") {
   const DocumentJob job = LoadDocumentJobFile(QUORVEL_SOURCE_DIR "/demo/samples/" + sample);
   PrinterSurface& printer = SystemPrinter();
   PrinterOutput output = PrinterOutput::ForPath(path);
-  output.pdf_creation_date = "2026-01-02T03:04:05";
+  output.pdf_creation_date = date;
   printer.SetPaper(Paper::A4());
   printer.SetOutput(output);
   PrintJobOnSystemPrinter(job);
@@ -216,6 +217,30 @@ TEST(PdfDeviceRendering, ComparisonSeesAShiftOrAMissingWord) {
   EXPECT_EQ(DifferingPixels(base, base), 0);
   EXPECT_GT(DifferingPixels(base, ReadGreyPng(dir + "/shifted.png")), 0);
   EXPECT_GT(DifferingPixels(base, ReadGreyPng(dir + "/shorter.png")), 0);
+}
+
+std::string FileBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string DocumentId(const std::string& pdf) {
+  const std::string bytes = FileBytes(pdf);
+  const size_t at = bytes.rfind("/ID[<");
+  return at == std::string::npos ? "" : bytes.substr(at + 5, 32);
+}
+
+// A fixed date gives the same bytes every time; without one, two prints of the same document in
+// the same second still get different document IDs.
+TEST(PdfDeviceIdentity, FixedDateRepeatsTheBytesAndOtherwiseIdsDiffer) {
+  const std::string dir = TempDir("pdf-device-id");
+  PrintSample("voucher.json", dir + "/a.pdf");
+  PrintSample("voucher.json", dir + "/b.pdf");
+  EXPECT_EQ(FileBytes(dir + "/a.pdf"), FileBytes(dir + "/b.pdf"));
+  PrintSample("voucher.json", dir + "/c.pdf", "");
+  PrintSample("voucher.json", dir + "/d.pdf", "");
+  ASSERT_EQ(DocumentId(dir + "/c.pdf").size(), 32u);
+  EXPECT_NE(DocumentId(dir + "/c.pdf"), DocumentId(dir + "/d.pdf"));
 }
 
 // Text the font lacks still gives a valid PDF (the missing glyph drawn, the text extractable
