@@ -113,20 +113,20 @@ std::string ArchiveParts::Write(ObjectWriter& writer, const std::string& date, b
   return entries;
 }
 
-// Each file as an embedded-file stream and its file specification; the catalog lists them in
+// Each file as an embedded-file stream and its /Filespec entry; the catalog lists them in
 // the EmbeddedFiles name tree (for readers' attachment panes) and in /AF (the document's
 // associated files, which PDF/A-3 asks for).
 std::string ArchiveParts::EmbedFiles(ObjectWriter& writer) {
   std::string names = "/Names<</EmbeddedFiles<</Names[", associated = "/AF[";
   for (const PdfAttachment& attachment : attachments_) {
-    const int stream = writer.Reserve(), specification = writer.Reserve();
+    const int stream = writer.Reserve(), file_entry = writer.Reserve();
     std::string dictionary = "/Type/EmbeddedFile/Subtype";
     AppendName(dictionary, attachment.mime_type);
     dictionary += "/Params<</Size ";
     AppendInt(dictionary, static_cast<int64_t>(attachment.bytes->size()));
     dictionary += "/ModDate(" + attachment.modified + ")>>";
     writer.DeflatedStream(stream, dictionary, *attachment.bytes);
-    std::string& out = writer.Begin(specification);
+    std::string& out = writer.Begin(file_entry);
     out += "<</Type/Filespec/F";
     AppendLiteral(out, AsciiFileName(attachment.name));
     out += "/UF";
@@ -142,8 +142,8 @@ std::string ArchiveParts::EmbedFiles(ObjectWriter& writer) {
     out += ">>>>";
     writer.End();
     AppendLiteral(names, TextString(attachment.name));
-    AppendReference(names, specification);
-    AppendReference(associated, specification);
+    AppendReference(names, file_entry);
+    AppendReference(associated, file_entry);
     names += ' ';
     associated += ' ';
   }

@@ -91,12 +91,12 @@ void ExpectPdfAParts(const QpdfJson& pdf, const std::string& path, const std::st
   EXPECT_TRUE(RunCommand("head -c 16 " + path).rfind("%PDF-1.7\n%\xE2\xE3\xCF\xD3", 0) == 0);
 }
 
-// The file specification of the attachment named `name` in the catalog's /AF array.
+// The file entry (/Filespec) of the attachment named `name` in the catalog's /AF array.
 nlohmann::json FileSpecification(const QpdfJson& pdf, const std::string& name) {
   const nlohmann::json& catalog = pdf.Dictionary(pdf.Trailer()["/Root"]);
   for (const nlohmann::json& reference : catalog["/AF"]) {
-    const nlohmann::json& specification = pdf.Dictionary(reference);
-    if (QpdfJson::Text(specification["/UF"]) == name) return specification;
+    const nlohmann::json& file_entry = pdf.Dictionary(reference);
+    if (QpdfJson::Text(file_entry["/UF"]) == name) return file_entry;
   }
   ADD_FAILURE() << name << " is not in /AF";
   return nlohmann::json::object();
