@@ -40,6 +40,20 @@ std::vector<ImageOp> Images(const DrawOps& ops) {
   return images;
 }
 
+// An invoice of three pages or more.
+ClassInvoice LongInvoice() {
+  ClassInvoice invoice = SampleInvoice();
+  for (int i = 0; i < 70; ++i) invoice.AddItem(MakeItem("ITEM-" + std::to_string(i), "Goods"));
+  return invoice;
+}
+
+// Prints through the system printer to `path`; the pages printed.
+int PrintTo(ClassInvoice invoice, const std::string& path) {
+  SystemPrinter().SetOutput(PrinterOutput::ForPath(path));
+  ClassInvoicePrinter().PrintIt(invoice, true);
+  return SystemPrinter().LastPageCount();
+}
+
 class Logo : public ::testing::Test {
  protected:
   void SetUp() override { ResetProfileWithCompany(); }
@@ -49,12 +63,8 @@ class Logo : public ::testing::Test {
 TEST_F(Logo, StandsAtTheRightMarginFromTheNameDownToTheRuleOnEveryPage) {
   const std::string dir = TempDir("logo");
   ClassCompanyInfo().SetLogo(MakeLogoPng(dir));
-  ClassInvoice invoice = SampleInvoice();
-  for (int i = 0; i < 70; ++i) invoice.AddItem(MakeItem("ITEM-" + std::to_string(i), "Goods"));
-  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.jsonl"));
-  ClassInvoicePrinter().PrintIt(invoice, true);
+  const int pages = PrintTo(LongInvoice(), dir + "/invoice.jsonl");
   const DrawOps ops = ReadOpsFile(dir + "/invoice.jsonl");
-  const int pages = SystemPrinter().LastPageCount();
   ASSERT_GE(pages, 3);
 
   const std::vector<ImageOp> logos = Images(ops);
@@ -81,11 +91,8 @@ TEST_F(Logo, StandsAtTheRightMarginFromTheNameDownToTheRuleOnEveryPage) {
 TEST_F(Logo, IsOneImageObjectInThePdfDrawnOnEveryPage) {
   const std::string dir = TempDir("logo-pdf");
   ClassCompanyInfo().SetLogo(MakeLogoPng(dir));
-  ClassInvoice invoice = SampleInvoice();
-  for (int i = 0; i < 70; ++i) invoice.AddItem(MakeItem("ITEM-" + std::to_string(i), "Goods"));
-  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.pdf"));
-  ClassInvoicePrinter().PrintIt(invoice, true);
-  const int pages = SystemPrinter().LastPageCount();
+  const ClassInvoice invoice = LongInvoice();
+  const int pages = PrintTo(invoice, dir + "/invoice.pdf");
   ASSERT_GE(pages, 3);
 
   // pdfimages -list: a row per drawing, "page num type width height … object generation …"
@@ -104,8 +111,7 @@ TEST_F(Logo, IsOneImageObjectInThePdfDrawnOnEveryPage) {
   EXPECT_EQ(objects.size(), 1u);
 
   // The logo's middle on page 2, from its op, is the logo's blue in poppler's rendering.
-  SystemPrinter().SetOutput(PrinterOutput::ForPath(dir + "/invoice.jsonl"));
-  ClassInvoicePrinter().PrintIt(invoice, true);
+  PrintTo(invoice, dir + "/invoice.jsonl");
   const ImageOp logo = Images(ReadOpsFile(dir + "/invoice.jsonl")).front();
   RunCommand("pdftoppm -r 72 -f 2 -l 2 -png -singlefile " + dir + "/invoice.pdf " + dir + "/page2");
   cairo_surface_t* page = cairo_image_surface_create_from_png((dir + "/page2.png").c_str());

@@ -52,35 +52,22 @@ std::string RandomText(std::mt19937& random, bool line_breaks = true) {
   return text;
 }
 
-TEST(WrapTextRobustness, TextsWithLineBreaksWrapAsTheRuleMeasuresThem) {
+// Random texts against the rule measured afresh for every candidate line: with line breaks
+// (each line grown a character at a time) and without (each line's length found by halving).
+TEST(WrapTextRobustness, RandomTextsWrapAsTheRuleMeasuresThem) {
   PreviewSurface obj;
-  std::mt19937 random(20240817);
-  const int16_t widths[] = {700, 1000, 1800, 4300};
-  for (int round = 0; round < 400; ++round) {
-    const std::string text = RandomText(random);
-    const int16_t width = widths[round % 4];
-    std::string wrapped = text;
-    int16_t given = width;
-    std::vector<std::string> lines;
-    WrapText(obj, wrapped, given, lines);
-    ASSERT_EQ(lines, ReferenceWrap(obj, text, width)) << "round " << round << ", width " << width;
-  }
-}
-
-// Text without line breaks, where the wrap finds each line's length by halving rather than by
-// growing it a character at a time: the same lines as the rule gives.
-TEST(WrapTextRobustness, TextsWithoutLineBreaksWrapAsTheRuleMeasuresThem) {
-  PreviewSurface obj;
-  std::mt19937 random(20261123);
   const int16_t widths[] = {250, 700, 1000, 1800, 4300};
-  for (int round = 0; round < 400; ++round) {
-    const std::string text = RandomText(random, false);
-    const int16_t width = widths[round % 5];
-    std::string wrapped = text;
-    int16_t given = width;
-    std::vector<std::string> lines;
-    WrapText(obj, wrapped, given, lines);
-    ASSERT_EQ(lines, ReferenceWrap(obj, text, width)) << "round " << round << ", width " << width;
+  for (const bool line_breaks : {true, false}) {
+    std::mt19937 random(line_breaks ? 20240817 : 20261123);
+    for (int round = 0; round < 400; ++round) {
+      const std::string text = RandomText(random, line_breaks);
+      const int16_t width = widths[round % 5];
+      std::string wrapped = text;
+      int16_t given = width;
+      std::vector<std::string> lines;
+      WrapText(obj, wrapped, given, lines);
+      ASSERT_EQ(lines, ReferenceWrap(obj, text, width)) << "round " << round << ", width " << width;
+    }
   }
 }
 
