@@ -68,16 +68,35 @@ void CheckCairo(cairo_status_t status, const std::string& what);
 // nothing more, so a device checks this before it writes a page out.
 cairo_status_t CairoStatus(cairo_t* cr);
 
-// Base of the devices that paint with cairo: every op kind goes to the current page's painter.
+// Base of the devices that paint with cairo: every op kind goes to the painter of the context
+// on the current target surface, which the base owns.
 class CairoPaintingDevice : public PageDevice {
+ public:
+  ~CairoPaintingDevice() override { Release(); }
+
  protected:
   using PageDevice::PageDevice;
+  // Takes `target`, and paints on a new context of it.
+  void Open(cairo_surface_t* target) {
+    target_ = target;
+    cr_ = cairo_create(target_);
+    painter_ = std::make_unique<CairoPainter>(cr_);
+  }
+  void Release() {
+    painter_.reset();
+    if (cr_) cairo_destroy(cr_);
+    if (target_) cairo_surface_destroy(target_);
+    cr_ = nullptr;
+    target_ = nullptr;
+  }
   void Draw(const TextOp& op) override { painter_->Paint(op); }
   void Draw(const LineOp& op) override { painter_->Paint(op); }
   void Draw(const BoxOp& op) override { painter_->Paint(op); }
   void Draw(const QrOp& op) override { painter_->Paint(op); }
   void Draw(const ImageOp& op) override { painter_->Paint(op); }
 
+  cairo_surface_t* target_ = nullptr;
+  cairo_t* cr_ = nullptr;
   std::unique_ptr<CairoPainter> painter_;
 };
 

@@ -14,24 +14,20 @@ namespace {
 class CairoPdfDevice : public CairoPaintingDevice {
  public:
   explicit CairoPdfDevice(const PrinterOutput& output) : file_(output.path) {
-    surface_ = cairo_pdf_surface_create_for_stream(WriteToAtomicFile, &file_, 595, 842);
+    cairo_surface_t* surface = cairo_pdf_surface_create_for_stream(WriteToAtomicFile, &file_, 595, 842);
     if (!output.pdf_creation_date.empty()) {
-      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, output.pdf_creation_date.c_str());
-      cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_MOD_DATE, output.pdf_creation_date.c_str());
+      cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_CREATE_DATE, output.pdf_creation_date.c_str());
+      cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_MOD_DATE, output.pdf_creation_date.c_str());
     }
-    cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "Quorvel");
-    cr_ = cairo_create(surface_);
-    painter_ = std::make_unique<CairoPainter>(cr_);
+    cairo_pdf_surface_set_metadata(surface, CAIRO_PDF_METADATA_CREATOR, "Quorvel");
+    Open(surface);
   }
-  ~CairoPdfDevice() override {
-    painter_.reset();
-    cairo_destroy(cr_);
-    cairo_surface_destroy(surface_);
-  }
+  // The context and surface go before the file they write to.
+  ~CairoPdfDevice() override { Release(); }
 
  protected:
   void BeginPage(const PageInfo& page) override {
-    cairo_pdf_surface_set_size(surface_, page.width / 20.0, page.height / 20.0);
+    cairo_pdf_surface_set_size(target_, page.width / 20.0, page.height / 20.0);
     cairo_save(cr_);
     BeginTwipsPage(cr_, 1.0 / 20.0, page.width, page.height);
   }
@@ -41,7 +37,7 @@ class CairoPdfDevice : public CairoPaintingDevice {
     Check();
   }
   void EndDocument() override {
-    cairo_surface_finish(surface_);
+    cairo_surface_finish(target_);
     file_.Seal();  // a failed write raises with the system's reason before cairo's plainer one
     Check();
     file_.Commit();
@@ -55,8 +51,6 @@ class CairoPdfDevice : public CairoPaintingDevice {
     CheckCairo(status, "PDF " + file_.Path());
   }
   AtomicFile file_;
-  cairo_surface_t* surface_;
-  cairo_t* cr_;
 };
 
 }  // namespace

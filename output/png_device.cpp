@@ -27,7 +27,6 @@ class PngDevice : public CairoPaintingDevice {
     if (!(dpi_ >= 1 && dpi_ <= 2400)) Raise(err::kInvalidArgument, "PNG resolution " + std::to_string(dpi_) + " dpi: choose 1 to 2400");
     CheckWritable(single_ ? path_ : PageName(1));
   }
-  ~PngDevice() override { Release(); }
 
  protected:
   void BeginPage(const PageInfo& page) override {
@@ -36,16 +35,14 @@ class PngDevice : public CairoPaintingDevice {
     const double scale = dpi_ / 1440.0;
     const int pixel_width = std::max(1, static_cast<int>(page.width * scale + 0.5));
     const int pixel_height = std::max(1, static_cast<int>(page.height * scale + 0.5));
-    image_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixel_width, pixel_height);
-    cr_ = cairo_create(image_);
+    Open(cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixel_width, pixel_height));
     BeginTwipsPage(cr_, scale, page.width, page.height);
-    painter_ = std::make_unique<CairoPainter>(cr_);
   }
   void EndPage() override {
     AtomicFile& file = *pages_.back();
     // A context in error draws nothing more: a page that lost its text must not be written.
     cairo_status_t status = CairoStatus(cr_);
-    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_write_to_png_stream(image_, WriteToAtomicFile, &file);
+    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_write_to_png_stream(target_, WriteToAtomicFile, &file);
     Release();
     file.Seal();  // a write failure is the file's own reason, which the cairo status would hide
     CheckCairo(status, "PNG " + file.Path());
@@ -61,19 +58,10 @@ class PngDevice : public CairoPaintingDevice {
 
  private:
   std::string PageName(size_t n) const { return stem_ + "-" + std::to_string(n) + ".png"; }
-  void Release() {
-    painter_.reset();
-    if (cr_) cairo_destroy(cr_);
-    if (image_) cairo_surface_destroy(image_);
-    cr_ = nullptr;
-    image_ = nullptr;
-  }
   std::string path_, stem_;
   double dpi_;
   bool single_;
   std::vector<std::unique_ptr<AtomicFile>> pages_;
-  cairo_surface_t* image_ = nullptr;
-  cairo_t* cr_ = nullptr;
 };
 
 }  // namespace

@@ -17,6 +17,7 @@ class SvgDevice : public CairoPaintingDevice {
   explicit SvgDevice(const PrinterOutput& output) : CairoPaintingDevice(Needs::WholeDocument), path_(output.path) {
     CheckWritable(path_);
   }
+  // The SVG surface writes its end to the file as it is destroyed: it goes before the file.
   ~SvgDevice() override { Release(); }
 
  protected:
@@ -26,7 +27,7 @@ class SvgDevice : public CairoPaintingDevice {
     height_ += page.height;
   }
   void BeginPage(const PageInfo& page) override {
-    if (!file_) Open();
+    if (!file_) StartPicture();
     if (offset_ > 0) painter_->Paint(LineOp{0, offset_, page.width, offset_});  // the page break
     cairo_save(cr_);
     cairo_translate(cr_, 0, offset_);
@@ -34,10 +35,10 @@ class SvgDevice : public CairoPaintingDevice {
   }
   void EndPage() override { cairo_restore(cr_); }
   void EndDocument() override {
-    if (!file_) Open();
+    if (!file_) StartPicture();
     cairo_status_t status = CairoStatus(cr_);
-    cairo_surface_finish(svg_);
-    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(svg_);
+    cairo_surface_finish(target_);
+    if (status == CAIRO_STATUS_SUCCESS) status = cairo_surface_status(target_);
     Release();
     file_->Seal();
     CheckCairo(status, "SVG " + path_);
@@ -46,25 +47,15 @@ class SvgDevice : public CairoPaintingDevice {
   }
 
  private:
-  void Open() {
+  void StartPicture() {
     file_ = std::make_unique<AtomicFile>(path_);
-    svg_ = cairo_svg_surface_create_for_stream(WriteToAtomicFile, file_.get(), width_ / 20.0, height_ / 20.0);
-    cairo_svg_surface_set_document_unit(svg_, CAIRO_SVG_UNIT_PT);
-    cr_ = cairo_create(svg_);
+    cairo_surface_t* svg = cairo_svg_surface_create_for_stream(WriteToAtomicFile, file_.get(), width_ / 20.0, height_ / 20.0);
+    cairo_svg_surface_set_document_unit(svg, CAIRO_SVG_UNIT_PT);
+    Open(svg);
     BeginTwipsPage(cr_, 1.0 / 20.0, width_, height_);
-    painter_ = std::make_unique<CairoPainter>(cr_);
-  }
-  void Release() {
-    painter_.reset();
-    if (cr_) cairo_destroy(cr_);
-    if (svg_) cairo_surface_destroy(svg_);
-    cr_ = nullptr;
-    svg_ = nullptr;
   }
   std::string path_;
   std::unique_ptr<AtomicFile> file_;
-  cairo_surface_t* svg_ = nullptr;
-  cairo_t* cr_ = nullptr;
   double width_ = 0, height_ = 0, offset_ = 0;
 };
 
