@@ -33,12 +33,12 @@ TEST(KilledPrint, NoPartialFileAndTheNextRunRemovesTheLeftoverTemporaryFile) {
   const std::string document = StatementWithLines(dir, 20000);
   const pid_t pid = StartPrint(document, dir + "/out.pdf");
   ASSERT_GT(pid, 0);
-  // The PDF's temporary file appears when the first page is drawn; over a thousand pages follow,
-  // some 50 ms of work even for the direct PDF writer, so the kill comes well before the end.
+  // The command first proves the folder writable with an empty temporary file it removes at
+  // once, so the kill waits for a temporary file holding bytes: the PDF itself, part written.
+  // Over a thousand pages follow its first block, so the kill comes well before the end.
   const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (TemporaryFiles(dir) == 0 && std::chrono::steady_clock::now() < give_up)
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  while (TemporaryBytes(dir) == 0 && std::chrono::steady_clock::now() < give_up)
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
   kill(pid, SIGKILL);
   int status = 0;
   waitpid(pid, &status, 0);

@@ -27,6 +27,17 @@ int TemporaryFiles(const std::string& dir) {
   return count;
 }
 
+uintmax_t TemporaryBytes(const std::string& dir) {
+  uintmax_t bytes = 0;
+  std::error_code gone;  // a temporary file may be renamed or removed while we look
+  for (const auto& entry : std::filesystem::directory_iterator(dir))
+    if (entry.path().filename().string().rfind(".quorvel-tmp-", 0) == 0) {
+      const uintmax_t size = std::filesystem::file_size(entry.path(), gone);
+      if (!gone) bytes += size;
+    }
+  return bytes;
+}
+
 SmallFilesystem::SmallFilesystem(const std::string& name, int kib) : dir_(TempDir(name)) {
   if (geteuid() != 0) return;
   const std::string options = "size=" + std::to_string(kib) + "k";

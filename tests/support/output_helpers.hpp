@@ -13,8 +13,10 @@ namespace quorvel::testing {
 // removed or changed, temporary files included.
 std::map<std::string, std::string> Snapshot(const std::string& dir);
 
-// The names of the writer's temporary files in `dir`.
+// How many of the writer's temporary files `dir` holds.
 int TemporaryFiles(const std::string& dir);
+// Bytes held by those temporary files together.
+uintmax_t TemporaryBytes(const std::string& dir);
 
 // A tmpfs of `kib` KiB mounted on a fresh directory, unmounted at scope end. Mounting needs
 // root: Mounted() is false elsewhere and the test skips that part.
