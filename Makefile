@@ -13,7 +13,7 @@ SANITIZER_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/fuzz/lsan.supp:print_suppressions=0
 
-.PHONY: deps build demo test bench clean test-sanitize fuzz
+.PHONY: deps build demo test test-plain bench clean test-sanitize fuzz
 
 deps:
 	@bash scripts/install-deps.sh
@@ -25,19 +25,24 @@ build: deps
 demo: build
 	@$(BUILD)/cli/quorvel demo --out demo-output
 
-test: build
-	@bash scripts/install-deps.sh cups
-	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+# CI (or QUORVEL_SANITIZE_TESTS=1) runs the whole suite once, built with the sanitizers; elsewhere
+# the ordinary build runs it, and make test-sanitize adds the sanitizer run.
+test: deps
 	@if [ -n "$$CI" ] || [ "$$QUORVEL_SANITIZE_TESTS" = 1 ]; then \
 	  $(MAKE) --no-print-directory test-sanitize; \
 	else \
-	  echo "test: the AddressSanitizer/UBSan run was skipped (it runs when CI is set or QUORVEL_SANITIZE_TESTS=1; or run make test-sanitize)"; \
+	  $(MAKE) --no-print-directory test-plain; \
 	fi
+
+test-plain: build
+	@bash scripts/install-deps.sh cups
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	@echo "test: the AddressSanitizer/UBSan run was skipped (it replaces this run when CI is set or QUORVEL_SANITIZE_TESTS=1; or run make test-sanitize)"
 
 # The whole suite built with -DQUORVEL_SANITIZE=ON (AddressSanitizer + UndefinedBehaviorSanitizer).
 test-sanitize: deps
 	@bash scripts/install-deps.sh cups
-	@cmake -S . -B $(SANITIZE_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON >/dev/null
+	@cmake -S . -B $(SANITIZE_BUILD) -G Ninja -DQUORVEL_SANITIZE=ON $(CMAKE_FLAGS) >/dev/null
 	@$(SANITIZER_ENV) cmake --build $(SANITIZE_BUILD) -j $(JOBS)
 	@# A host program not built with the sanitizers (the Python hosts) loads the instrumented
 	@# library only with the runtime preloaded, and with the C++ runtime beside it so that the
