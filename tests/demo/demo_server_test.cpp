@@ -249,7 +249,7 @@ TEST(DemoServer, MemoryStaysFlatAfterThreeHundredPressesAndABurst) {
   const long rss = server.Rss();
   std::cout << "server RSS after 300 presses and the burst: " << rss / (1 << 20) << " MiB\n";
   EXPECT_GT(rss, 0);
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(QUORVEL_SANITIZED)
   // The sanitizer's shadow memory and quarantine are not the server's; the plain build holds the
   // bound.
   constexpr long kMostResident = 1L << 40;
