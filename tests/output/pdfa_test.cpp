@@ -86,7 +86,7 @@ void ExpectPdfAParts(const QpdfJson& pdf, const std::string& path, const std::st
 }
 
 // The file entry (/Filespec) of the attachment named `name` in the catalog's /AF array.
-nlohmann::json FileSpecification(const QpdfJson& pdf, const std::string& name) {
+nlohmann::json FileEntry(const QpdfJson& pdf, const std::string& name) {
   const nlohmann::json& catalog = pdf.Dictionary(pdf.Trailer()["/Root"]);
   for (const nlohmann::json& reference : catalog["/AF"]) {
     const nlohmann::json& file_entry = pdf.Dictionary(reference);
@@ -132,14 +132,14 @@ TEST_F(PdfA, FacturXInvoiceWithASecondAttachment) {
                            "<pdfaSchema:prefix>fx</pdfaSchema:prefix>"})
     EXPECT_TRUE(Contains(xmp, part)) << part;
 
-  const nlohmann::json xml = FileSpecification(json, "factur-x.xml");
+  const nlohmann::json xml = FileEntry(json, "factur-x.xml");
   EXPECT_EQ(xml["/AFRelationship"], "/Alternative");
   EXPECT_EQ(QpdfJson::Text(xml["/F"]), "factur-x.xml");
   const nlohmann::json& xml_stream = json.Dictionary(xml["/EF"]["/F"]);
   EXPECT_EQ(xml_stream["/Type"], "/EmbeddedFile");
   EXPECT_EQ(xml_stream["/Params"]["/Size"], kInvoiceXml.size());
   EXPECT_EQ(QpdfJson::Text(xml_stream["/Params"]["/ModDate"]).rfind("D:20", 0), 0u);
-  const nlohmann::json scan = FileSpecification(json, "scan.bin");
+  const nlohmann::json scan = FileEntry(json, "scan.bin");
   EXPECT_EQ(scan["/AFRelationship"], "/Supplement");
   EXPECT_EQ(QpdfJson::Text(scan["/Desc"]), "Scanned d\u00e9livery note");  // from UTF-16 in the file
   // The MIME type as a PDF name, its slash escaped: looked for in the file's own bytes, since
@@ -249,8 +249,8 @@ TEST_F(PdfA, CInterfaceOnTheSystemPrinter) {
   ExpectCleanCheck(pdf);
   EXPECT_EQ(RunCommand("qpdf --show-attachment=notes.txt " + pdf), "paid in cash\n");
   const QpdfJson json(pdf);
-  EXPECT_EQ(FileSpecification(json, "notes.txt")["/AFRelationship"], "/Data");
-  EXPECT_EQ(FileSpecification(json, "factur-x.xml")["/AFRelationship"], "/Alternative");
+  EXPECT_EQ(FileEntry(json, "notes.txt")["/AFRelationship"], "/Data");
+  EXPECT_EQ(FileEntry(json, "factur-x.xml")["/AFRelationship"], "/Alternative");
   EXPECT_TRUE(json.Dictionary(json.Trailer()["/Root"]).contains("/Metadata"));
 
   ASSERT_EQ(quorvel_printer_clear_attachments(), QUORVEL_OK);

@@ -1,6 +1,6 @@
 // Hostile values handed to the library itself: invalid UTF-8 by name, margins of any text or
-// size (one off any page: Refusals.TheCommandNamesTheFieldOfANulAndAnOffPageMarginFailsTheReceipt),
-// and a font that is not there. Each gives a clear error or a correct document.
+// size (a margin off any page is refused in nothing_lost_test), and a font that is not there.
+// Each gives a clear error or a correct document.
 #include <gtest/gtest.h>
 
 #include "automation/type_library.hpp"
@@ -34,8 +34,8 @@ TEST(HostileInputs, InvalidUtf8ThroughPutPropertyIsRefusedAndLeavesTheValue) {
   EXPECT_EQ(GetProperty(invoice, "InvoiceNumber").AsString(), "N\xc2\xba 7 \xe2\x82\xac");
 }
 
-// The slip's amounts end at 4176 - num(POS_Right_Margin), whatever text the margins hold; a margin
-// that puts them off any page is refused (below).
+// The slip's amounts end at 4176 - num(POS_Right_Margin), whatever text the margins hold;
+// one that puts them off any page is refused (Refusals in nothing_lost_test).
 TEST(HostileInputs, ReceiptMarginsOfAnyTextPrintTheWholeSlip) {
   ResetProfileWithCompany();
   ClassInvoice sale = SampleInvoice();
