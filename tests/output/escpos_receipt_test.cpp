@@ -88,31 +88,6 @@ void ExpectRollPicture(const Bitmap& printed, const Bitmap& whole_page) {
   EXPECT_GT(BlackDots(printed), 2000);
 }
 
-TEST_F(EscPosPrinting, TheSampleReceiptReachesANetworkPrinterDotForDot) {
-  const std::vector<DrawOps> pages = DrawnPages(PrintSampleReceipt);
-  ASSERT_EQ(pages.size(), 1u);
-  EXPECT_TRUE(HasText(pages[0], "Corner Tea House"));
-  const Bitmap whole_page = PngPicture(pages[0], kRollWidth, kRollLength, 576);
-
-  FakeNetworkPrinter printer(FakeNetworkPrinter::Behaviour::TakeAll);
-  SystemPrinter().SetOutput(EscPos(printer.Uri()));
-  PrintSampleReceipt();
-  EXPECT_EQ(SystemPrinter().LastResults(), std::vector<std::string>{printer.Uri()});
-  EXPECT_EQ(SystemPrinter().LastPageCount(), 1);
-  const std::vector<std::string> jobs = printer.Jobs();
-  ASSERT_EQ(jobs.size(), 1u);
-  const EscPosJob job = ReadEscPos(jobs[0]);
-  ExpectReceiptFrame(job, true, false);
-  EXPECT_EQ(CountOf(job, "ESC p"), 0) << "the drawer opened unasked";
-  ASSERT_EQ(job.picture.width, 576);
-  ExpectRollPicture(job.picture, whole_page);
-  // The whole 80 mm page spans the 576 dots, so the 4176-twip slip ends at dot 530 and nothing
-  // of it is past the paper's edge.
-  const int rightmost = RightmostBlack(job.picture);
-  EXPECT_GT(rightmost, 400);
-  EXPECT_LE(rightmost, static_cast<int>(std::lround(4176 * 576 / kRollWidth)));
-}
-
 // An Arabic store name reaches the thermal printer shaped: its runs are hb-shape's glyphs in the
 // Arabic fallback face, and the printed dots are the PNG path's picture of the same page.
 TEST_F(EscPosPrinting, AnArabicStoreNamePrintsShapedOnTheRaster) {
@@ -139,11 +114,30 @@ TEST_F(EscPosPrinting, AnArabicStoreNamePrintsShapedOnTheRaster) {
   ExpectRollPicture(job.picture, PngPicture(pages[0], kRollWidth, kRollLength, 576));
 }
 
-// The sample receipt through the C interface's setter to a file, with each paper, resolution,
-// cut and drawer choice.
-TEST_F(EscPosPrinting, PaperResolutionCutAndDrawerAreTheHostsChoice) {
+// The sample receipt on a network printer with the default options, then through the C
+// interface's setter to a file with each paper, resolution, cut and drawer choice.
+TEST_F(EscPosPrinting, TheSampleReceiptPrintsDotForDotOnEveryPaperAndResolution) {
   const std::vector<DrawOps> pages = DrawnPages(PrintSampleReceipt);
   ASSERT_EQ(pages.size(), 1u);
+  EXPECT_TRUE(HasText(pages[0], "Corner Tea House"));
+  FakeNetworkPrinter printer(FakeNetworkPrinter::Behaviour::TakeAll);
+  SystemPrinter().SetOutput(EscPos(printer.Uri()));
+  PrintSampleReceipt();
+  EXPECT_EQ(SystemPrinter().LastResults(), std::vector<std::string>{printer.Uri()});
+  EXPECT_EQ(SystemPrinter().LastPageCount(), 1);
+  const std::vector<std::string> jobs = printer.Jobs();
+  ASSERT_EQ(jobs.size(), 1u);
+  const EscPosJob sent = ReadEscPos(jobs[0]);
+  ExpectReceiptFrame(sent, true, false);
+  EXPECT_EQ(CountOf(sent, "ESC p"), 0) << "the drawer opened unasked";
+  ASSERT_EQ(sent.picture.width, 576);
+  ExpectRollPicture(sent.picture, PngPicture(pages[0], kRollWidth, kRollLength, 576));
+  // The whole 80 mm page spans the 576 dots, so the 4176-twip slip ends at dot 530 and nothing
+  // of it is past the paper's edge.
+  const int rightmost = RightmostBlack(sent.picture);
+  EXPECT_GT(rightmost, 400);
+  EXPECT_LE(rightmost, static_cast<int>(std::lround(4176 * 576 / kRollWidth)));
+
   struct Choice {
     int paper_mm, dpi;
     bool cut, drawer;

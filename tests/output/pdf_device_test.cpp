@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 
@@ -219,13 +218,8 @@ TEST(PdfDeviceRendering, ComparisonSeesAShiftOrAMissingWord) {
   EXPECT_GT(DifferingPixels(base, ReadGreyPng(dir + "/shorter.png")), 0);
 }
 
-std::string FileBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string DocumentId(const std::string& pdf) {
-  const std::string bytes = FileBytes(pdf);
+  const std::string bytes = ReadFile(pdf);
   const size_t at = bytes.rfind("/ID[<");
   return at == std::string::npos ? "" : bytes.substr(at + 5, 32);
 }
@@ -236,7 +230,7 @@ TEST(PdfDeviceIdentity, FixedDateRepeatsTheBytesAndOtherwiseIdsDiffer) {
   const std::string dir = TempDir("pdf-device-id");
   PrintSample("voucher.json", dir + "/a.pdf");
   PrintSample("voucher.json", dir + "/b.pdf");
-  EXPECT_EQ(FileBytes(dir + "/a.pdf"), FileBytes(dir + "/b.pdf"));
+  EXPECT_EQ(ReadFile(dir + "/a.pdf"), ReadFile(dir + "/b.pdf"));
   PrintSample("voucher.json", dir + "/c.pdf", "");
   PrintSample("voucher.json", dir + "/d.pdf", "");
   ASSERT_EQ(DocumentId(dir + "/c.pdf").size(), 32u);

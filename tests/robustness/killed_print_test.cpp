@@ -2,36 +2,22 @@
 // the temporary file the killed one left.
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <thread>
 
 #include "robustness/robustness_helpers.hpp"
+#include "support/batch_helpers.hpp"
 #include "support/ops_helpers.hpp"
 #include "support/output_helpers.hpp"
-
-extern char** environ;
 
 namespace quorvel::testing {
 namespace {
 
-pid_t StartPrint(const std::string& document, const std::string& output) {
-  const std::string command = QUORVEL_BINARY_DIR "/cli/quorvel";
-  std::vector<std::string> words = {command, "print", document, "-o", output};
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  pid_t pid = -1;
-  return posix_spawn(&pid, command.c_str(), nullptr, nullptr, argv.data(), environ) == 0 ? pid : -1;
-}
-
 TEST(KilledPrint, NoPartialFileAndTheNextRunRemovesTheLeftoverTemporaryFile) {
   const std::string dir = TempDir("killed");
   const std::string document = StatementWithLines(dir, 20000);
-  const pid_t pid = StartPrint(document, dir + "/out.pdf");
+  const pid_t pid = StartQuorvel({"print", document, "-o", dir + "/out.pdf"}, "/dev/null");
   ASSERT_GT(pid, 0);
   // The command first proves the folder writable with an empty temporary file it removes at
   // once, so the kill waits for a temporary file holding bytes: the PDF itself, part written.
@@ -40,9 +26,7 @@ TEST(KilledPrint, NoPartialFileAndTheNextRunRemovesTheLeftoverTemporaryFile) {
   while (TemporaryBytes(dir) == 0 && std::chrono::steady_clock::now() < give_up)
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   kill(pid, SIGKILL);
-  int status = 0;
-  waitpid(pid, &status, 0);
-  ASSERT_TRUE(WIFSIGNALED(status)) << "the print ended before it was killed";
+  ASSERT_EQ(WaitExit(pid), 128 + SIGKILL) << "the print ended before it was killed";
   EXPECT_EQ(Entries(dir).count("out.pdf"), 0u);
   EXPECT_EQ(TemporaryFiles(dir), 1);
 

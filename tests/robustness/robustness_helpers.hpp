@@ -2,16 +2,15 @@
 // to its exit code, and checks that an output directory holds exactly what it should.
 #pragma once
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
+
+#include "support/ops_helpers.hpp"
+#include "support/print_queue_helpers.hpp"
 
 namespace quorvel::testing {
 
@@ -32,16 +31,8 @@ struct CommandResult {
 
 // Runs `quorvel ARGS` (arguments already quoted as the shell needs) to its end.
 inline CommandResult RunQuorvel(const std::string& args) {
-  const std::string command = std::string(QUORVEL_BINARY_DIR) + "/cli/quorvel " + args + " 2>&1";
-  CommandResult result;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (!pipe) return result;
-  std::array<char, 4096> buffer;
-  size_t n;
-  while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) result.output.append(buffer.data(), n);
-  const int status = pclose(pipe);
-  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  return result;
+  const ShellResult result = Shell(std::string(QUORVEL_BINARY_DIR) + "/cli/quorvel " + args);
+  return {result.status, result.output};
 }
 
 // The names in a directory: a failed print must leave neither its output nor a temporary file.
@@ -66,15 +57,8 @@ inline std::string StatementWithLines(const std::string& dir, int lines) {
 
 // The page count pdfinfo reads from a PDF; 0 when it cannot read it as one.
 inline int PdfPages(const std::string& path) {
-  FILE* pipe = popen(("pdfinfo '" + path + "' 2>/dev/null").c_str(), "r");
-  if (!pipe) return 0;
-  std::string info;
-  std::array<char, 4096> buffer;
-  size_t n;
-  while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) info.append(buffer.data(), n);
-  if (pclose(pipe) != 0) return 0;
-  const size_t at = info.find("Pages:");
-  return at == std::string::npos ? 0 : std::atoi(info.c_str() + at + 6);
+  const ShellResult info = Shell("pdfinfo '" + path + "'");
+  return info.status == 0 ? std::atoi(PdfInfoField(info.output, "Pages").c_str()) : 0;
 }
 
 }  // namespace quorvel::testing

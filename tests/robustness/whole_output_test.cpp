@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
