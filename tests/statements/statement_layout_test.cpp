@@ -276,23 +276,22 @@ TEST_F(StatementPage, PageNumberOnlyWhenThereIsMoreThanOnePageOrAChequeList) {
   EXPECT_FALSE(HasText(flagged.Ops(), "Post-Dated Cheques"));
 }
 
-TEST_F(StatementLayout, PostDatedChequesTitleIsOneLineAndTwoEmptyOnes) {
+TEST_F(StatementLayout, ChequeSectionTitleTakesThreeLinesAndItsHeaderStopsWith438) {
   page.CurrentX(700);
   page.CurrentY(2000);
   printer.PrintPDCChecks(page);
   EXPECT_EQ(testing::Texts(page.Ops()), (std::vector<TextOp>{{700, 2000, "Arial", 10, false, "Post Dated Cheques"}}));
-  EXPECT_DOUBLE_EQ(page.CurrentY(), 2000 + 3 * L);
-}
+  EXPECT_DOUBLE_EQ(page.CurrentY(), 2000 + 3 * L);  // its line and two empty ones
 
-TEST_F(StatementLayout, ChecksHeaderStopsWith438AfterTheFirstLabel) {
-  page.Font().Size(14);
-  page.CurrentY(2500);
-  EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintChecksHeader(page); }), err::kNotSupported);
+  PreviewSurface header;
+  header.Font().Size(14);
+  header.CurrentY(2500);
+  EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintChecksHeader(header); }), err::kNotSupported);
   // Int(1500 / 2) + 1000 = 1750 − half the width.
   const TextOp first{1750 - std::floor(Measure("Trans.Date") / 2), 2500, "Arial", 10, false, "Trans.Date"};
-  EXPECT_EQ(testing::Texts(page.Ops()), std::vector<TextOp>{first});
-  EXPECT_TRUE(testing::Lines(page.Ops()).empty());
-  EXPECT_EQ(page.CurrentX(), 3250 - std::floor(Measure("Trans.#") / 2));  // placed, not printed
+  EXPECT_EQ(testing::Texts(header.Ops()), std::vector<TextOp>{first});
+  EXPECT_TRUE(testing::Lines(header.Ops()).empty());
+  EXPECT_EQ(header.CurrentX(), 3250 - std::floor(Measure("Trans.#") / 2));  // placed, not printed
 }
 
 }  // namespace
