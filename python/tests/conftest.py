@@ -4,8 +4,6 @@ import os
 import pathlib
 import subprocess
 
-import pytest
-
 import quorvel
 
 SOURCE_DIR = pathlib.Path(os.environ.get("QUORVEL_SOURCE_DIR", pathlib.Path(__file__).resolve().parents[2]))
@@ -36,8 +34,3 @@ def make_invoice(number, lines=(("BINDER-A4", "Ring binder, A4, blue", "4", "3.1
 
 def sample(name):
     return json.loads((SAMPLES / f"{name}.json").read_text())
-
-
-@pytest.fixture
-def invoice_factory():
-    return make_invoice

@@ -3,7 +3,6 @@ worker process is killed part way; every output is still there, whole, and reada
 
 import os
 import signal
-import subprocess
 import threading
 import time
 
@@ -14,6 +13,7 @@ if not hasattr(quorvel, "print_document"):
     pytest.skip("this quorvel package has no print_document", allow_module_level=True)
 qdask = pytest.importorskip("quorvel.dask", reason="quorvel.dask is not installed beside the package")
 distributed = pytest.importorskip("distributed")
+from conftest import pdf_pages  # noqa: E402 - after the skips above
 
 COMPANIES = ["Quillmoor Trading Co.", "Harbourline Stationers"]
 
@@ -30,16 +30,6 @@ def invoice(n):
             "InvoiceItems": [{"ItemName": "PAPER-A4", "Quantity": "2", "UnitPrice": "5.00", "Total": "10.00"}],
         },
     }
-
-
-def pdf_pages(path):
-    info = subprocess.run(["pdfinfo", path], capture_output=True, text=True)
-    if info.returncode != 0:
-        return 0
-    for line in info.stdout.splitlines():
-        if line.startswith("Pages:"):
-            return int(line.split()[1])
-    return 0
 
 
 @pytest.fixture
@@ -75,7 +65,7 @@ def test_a_worker_killed_part_way_costs_no_document(cluster, tmp_path):
     assert summary["printed"] == 200
     names = sorted(p.name for p in out.iterdir())
     assert names == sorted("INV-%04d.pdf" % n for n in range(1, 201)), "no temporaries, no document missing"
-    assert all(pdf_pages(str(out / name)) == 1 for name in names)
+    assert all(pdf_pages(out / name) == 1 for name in names)
     assert victim not in cluster.run(os.getpid).values(), "the killed worker was replaced, not revived"
 
 

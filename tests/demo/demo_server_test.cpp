@@ -68,12 +68,17 @@ class DemoServer {
   int port_ = 0;
 };
 
-int Connect(int port) {
-  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+sockaddr_in Loopback(int port) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  return address;
+}
+
+int Connect(int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address = Loopback(port);
   timeval limit{20, 0};  // no exchange in these tests may hang
   setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof(limit));
   setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
@@ -125,7 +130,7 @@ bool PageAnswers(int port) {
   return page.status == 200 && page.body.find("Quorvel demonstration") != std::string::npos;
 }
 
-TEST(DemoServer, MalformedRequestsLongUrlsAndPathTraversalAreRefused) {
+TEST(DemoServer, MalformedRequestsLongUrlsAndPathTraversalAreRefusedAndIdleSocketsWait) {
   DemoServer server;
   const std::vector<std::string> malformed = {
       "GARBAGE\r\n\r\n",
@@ -152,7 +157,17 @@ TEST(DemoServer, MalformedRequestsLongUrlsAndPathTraversalAreRefused) {
     EXPECT_NE(answer.status, 200) << path;
     EXPECT_EQ(answer.body.find("root:"), std::string::npos) << path;
   }
+  // Ten idle sockets do not stop the server answering, nor does it drop them to make room.
+  std::vector<int> idle;
+  for (int i = 0; i < 10; ++i) idle.push_back(Connect(server.Port()));
   EXPECT_TRUE(PageAnswers(server.Port()));
+  EXPECT_EQ(Http(server.Port(), "POST", "/press/Command1").status, 200);
+  for (int fd : idle) {
+    char byte;
+    EXPECT_EQ(recv(fd, &byte, 1, MSG_DONTWAIT), -1);
+    EXPECT_EQ(errno, EAGAIN);
+    close(fd);
+  }
 }
 
 TEST(DemoServer, AThousandRequestsAtOnceAndThePageStillAnswers) {
@@ -166,10 +181,7 @@ TEST(DemoServer, AThousandRequestsAtOnceAndThePageStillAnswers) {
   std::vector<pollfd> sockets;
   for (int i = 0; i < 1000; ++i) {
     const int fd = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(server.Port());
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = Loopback(server.Port());
     connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address));
     sockets.push_back({fd, POLLOUT, 0});
   }
@@ -202,22 +214,6 @@ TEST(DemoServer, AThousandRequestsAtOnceAndThePageStillAnswers) {
   for (const std::string& answer : answers) answered += answer.rfind("HTTP/1.1 200", 0) == 0;
   EXPECT_EQ(answered, 1000) << open << " sockets still open at the deadline";
   EXPECT_TRUE(PageAnswers(server.Port()));
-}
-
-TEST(DemoServer, AnswersWhileTenIdleSocketsAreOpen) {
-  DemoServer server;
-  std::vector<int> idle;
-  for (int i = 0; i < 10; ++i) idle.push_back(Connect(server.Port()));
-  EXPECT_TRUE(PageAnswers(server.Port()));
-  EXPECT_EQ(Http(server.Port(), "POST", "/press/Command1").status, 200);
-  // The idle sockets were still open while the page answered: the server had not had to drop
-  // them to make room.
-  for (int fd : idle) {
-    char byte;
-    EXPECT_EQ(recv(fd, &byte, 1, MSG_DONTWAIT), -1);
-    EXPECT_EQ(errno, EAGAIN);
-    close(fd);
-  }
 }
 
 TEST(DemoServer, MemoryStaysFlatAfterThreeHundredPressesAndABurst) {

@@ -74,13 +74,17 @@ TEST_F(Letterhead, OnlyNameAndOptionalLineRules) {
   EXPECT_TRUE(testing::HasText(u.Ops(), " "));
 }
 
-TEST_F(Letterhead, TopMarginAndBottomReserve) {
+TEST_F(Letterhead, TopMarginMovesTheHeadAndTheBottomReserve) {
   EXPECT_EQ(profile().BottomReserve, 0);  // no ClassCompanyInfo yet
   ClassCompanyInfo info;
   EXPECT_EQ(profile().BottomReserve, 5500);
   info.SetTopMargin(1000);
   EXPECT_EQ(profile().TopMargin, 1000);
   EXPECT_EQ(profile().BottomReserve, 4500);
+  PreviewSurface s;  // a head without letterhead: twelve blank lines under the margin, no ink
+  StartDocumentHead(s, false);
+  EXPECT_DOUBLE_EQ(s.CurrentY(), 1000 + 12 * LineAt(10));
+  EXPECT_TRUE(s.Ops().empty());
   ClassCompanyInfo second;  // restores the reserve, keeps the shifted top
   EXPECT_EQ(profile().TopMargin, 1000);
   EXPECT_EQ(profile().BottomReserve, 5500);
@@ -88,15 +92,6 @@ TEST_F(Letterhead, TopMarginAndBottomReserve) {
   info.SetTopMargin(0);  // always computed from 5500
   EXPECT_EQ(profile().TopMargin, 0);
   EXPECT_EQ(profile().BottomReserve, 5500);
-}
-
-TEST_F(Letterhead, DocumentHeadStartsAtTopMargin) {
-  ClassCompanyInfo info;
-  info.SetTopMargin(500);
-  PreviewSurface s;
-  StartDocumentHead(s, false);
-  EXPECT_DOUBLE_EQ(s.CurrentY(), 500 + 12 * LineAt(10));
-  EXPECT_TRUE(s.Ops().empty());
 }
 
 }  // namespace

@@ -129,12 +129,5 @@ TEST_F(PageFlowTest, ASectionIsAskedOnEveryPageWhetherToEnter) {
   EXPECT_DOUBLE_EQ(printed.back().second, 1000 + 2 * 3100);
 }
 
-TEST_F(PageFlowTest, APageNumberPastSixteenBitsIsTheOverflowError) {
-  PagedPreview surface;
-  PageFlow flow = Flow(surface, 2, 20000, 500);
-  flow.first_page = 32767;
-  EXPECT_EQ(testing::ErrorNumberOf([&] { RunPageFlow(surface, flow); }), err::kOverflow);
-}
-
 }  // namespace
 }  // namespace quorvel

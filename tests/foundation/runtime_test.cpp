@@ -1,4 +1,5 @@
-// The runtime rules: 16-bit conversion, num(t), Int(x), number texts, collections, UTF-8.
+// The runtime rules: 16-bit conversion, num(t), Int(x), number texts, collections, UTF-8. The
+// 16-bit count of a collection is checked on every document's collections by LineLimits.
 #include <gtest/gtest.h>
 
 #include "foundation/collection.hpp"
@@ -57,21 +58,6 @@ TEST(Runtime, CollectionIsOneBasedAndShared) {
   CollectionRef<std::string> lazy;
   EXPECT_EQ(LazyCollection(lazy)->Count(), 0);
   EXPECT_EQ(LazyCollection(lazy).get(), lazy.get());
-}
-
-TEST(Runtime, CountPastSixteenBitsIsAnOverflowNamingTheList) {
-  Collection<int> c;
-  auto one = std::make_shared<int>(1);
-  for (int i = 0; i < 32768; ++i) c.Add(one);
-  try {
-    Count16(c, "InvoiceItems");
-    FAIL();
-  } catch (const AutomationError& e) {
-    EXPECT_EQ(e.Number(), 6);
-    EXPECT_NE(e.Context().find("InvoiceItems"), std::string::npos);
-  }
-  c.Remove(1);
-  EXPECT_EQ(Count16(c, "x"), 32767);
 }
 
 TEST(Runtime, Utf8IsCheckedAndDecodedByCodePoint) {

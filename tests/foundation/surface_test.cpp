@@ -10,8 +10,13 @@ namespace {
 
 using testing::LineAt;
 
-TEST(Surface, MeasuresWithLiberationSansAdvances) {
+TEST(Surface, StartsAtOriginInArialTenPointAndMeasuresWithLiberationSansAdvances) {
   PreviewSurface s;
+  EXPECT_EQ(s.CurrentX(), 0);
+  EXPECT_EQ(s.CurrentY(), 0);
+  EXPECT_EQ(s.Font().Name(), "Arial");
+  EXPECT_EQ(s.Font().Size(), 10);
+  EXPECT_FALSE(s.Font().Bold());
   // Advances in font units (unitsPerEm 2048): W 1933, A 1366, "a" 1139, blank 569.
   EXPECT_DOUBLE_EQ(s.TextWidth("W"), 1933 * 200.0 / 2048);
   EXPECT_DOUBLE_EQ(s.TextWidth("Aa a"), (1366 + 1139 + 569 + 1139) * 200.0 / 2048);
@@ -24,15 +29,6 @@ TEST(Surface, MeasuresWithLiberationSansAdvances) {
   EXPECT_DOUBLE_EQ(s.TextHeight("x"), LineAt(20));
   EXPECT_DOUBLE_EQ(s.TextHeight("x\r\ny\r\nz"), 3 * LineAt(20));
   EXPECT_NEAR(LineAt(10), 229.98, 0.005);
-}
-
-TEST(Surface, StartsAtOriginInArialTenPoint) {
-  PreviewSurface s;
-  EXPECT_EQ(s.CurrentX(), 0);
-  EXPECT_EQ(s.CurrentY(), 0);
-  EXPECT_EQ(s.Font().Name(), "Arial");
-  EXPECT_EQ(s.Font().Size(), 10);
-  EXPECT_FALSE(s.Font().Bold());
 }
 
 TEST(Surface, PrintFormsMoveThePen) {
@@ -89,7 +85,7 @@ TEST(Surface, LineFormsAndEndPoint) {
   EXPECT_THROW(s.Line(5, 0, 0, 1, 1, 0), AutomationError);
 }
 
-TEST(Surface, MissingMembersRaise438AndPreviewEndDocIsHarmless) {
+TEST(Surface, MissingMembersRaise438InvalidUtf8IsRefusedAndPreviewEndDocIsHarmless) {
   PreviewSurface s;
   try {
     s.NewPage();
@@ -106,11 +102,8 @@ TEST(Surface, MissingMembersRaise438AndPreviewEndDocIsHarmless) {
   }
   EXPECT_NO_THROW(s.EndDoc());
   EXPECT_NO_THROW(s.CallByName("enddoc"));
-}
-
-// A font that is not installed is covered with the other hostile inputs.
-TEST(Surface, InvalidUtf8IsRefused) {
-  PreviewSurface s;
+  // Invalid UTF-8 is refused before anything is drawn (a font that is not installed is covered
+  // with the other hostile inputs).
   EXPECT_THROW(s.Print("bad \xC3\x28 text"), AutomationError);
   EXPECT_TRUE(s.Ops().empty());
 }

@@ -11,7 +11,6 @@ namespace {
 
 constexpr double kDigit = 1139 * 200.0 / 2048;
 constexpr double kBlank = 569 * 200.0 / 2048;
-constexpr double kW = 1933 * 200.0 / 2048;
 
 TEST(AdjustedText, KeepsAFittingTextAndCutsByThreeCharacters) {
   PreviewSurface s;
@@ -79,29 +78,37 @@ TEST(AdjustedText2, BreaksWithoutLosingCharacters) {
   EXPECT_EQ(letters, "ABCDEFGHIJ");
 }
 
-TEST(WrapText, BreaksBeforeTheLastMeasuredBlank) {
+TEST(WrapText, BreaksBeforeTheLastMeasuredBlankOrAfterTheMeasuredCharacters) {
+  // Width 789 − W (188.77) = 600.23, rounded to 600 and written back.
+  struct Case { std::string text; std::vector<std::string> lines; };
+  const Case cases[] = {
+      // "1111 2" reaches 611.7 ≥ 600 with the blank at 5: cut 4. " 2222 3" reaches 667.3 with
+      // the blank at 6: cut 5, then " 3333" (500.49, below 600) stays whole.
+      {"1111 2222 3333", {"1111", "2222", "3333"}},
+      // Six digits (667.4) are the first to reach 600: no blank, so the cut is after them.
+      {"1111111111", {"111111", "1111"}},
+      // "11 222" reaches 611.7, blank at 3: cut 2. The rest " 222222222" starts with the cut
+      // blank (remembered at 1, so no usable blank): " 22222" reaches 611.7 after 6, cut 6.
+      {"11 222222222", {"11", "22222", "2222"}}};
   PreviewSurface s;
-  // Width 789 − W (188.77) = 600.23, rounded to 600.
-  std::string text = "1111 2222 3333";
-  int16_t width = 789;
-  std::vector<std::string> lines = {"stale"};
-  WrapText(s, text, width, lines);
-  EXPECT_EQ(width, 600);
-  // "1111 2" reaches 611.7 ≥ 600 with the blank at 5: cut 4. " 2222 3" reaches 667.3 with the
-  // blank at 6: cut 5, then " 3333" (500.5) fits.
-  EXPECT_EQ(lines, (std::vector<std::string>{"1111", "2222", "3333"}));
-  EXPECT_EQ(text, " 3333");  // the last line before its leading blank goes
-  EXPECT_DOUBLE_EQ(s.TextWidth(" 3333"), kBlank + 4 * kDigit);  // 500.49: below 600, so it stays whole
-}
-
-TEST(WrapText, LongWordIsCutAfterTheMeasuredCharacters) {
-  PreviewSurface s;
-  std::string word = "1111111111";  // 10 digits
-  int16_t width = 789;
   std::vector<std::string> lines;
-  WrapText(s, word, width, lines);
-  // Six digits (667.4) are the first to reach 600: no blank, so the cut is after them.
-  EXPECT_EQ(lines, (std::vector<std::string>{"111111", "1111"}));
+  for (const Case& c : cases) {
+    std::string text = c.text;
+    int16_t width = 789;
+    lines = {"stale"};
+    WrapText(s, text, width, lines);
+    EXPECT_EQ(width, 600) << c.text;
+    EXPECT_EQ(lines, c.lines) << c.text;
+    // The text is left as the last line, before its leading blank went.
+    if (c.text == "1111 2222 3333") EXPECT_EQ(text, " 3333");
+  }
+  EXPECT_DOUBLE_EQ(s.TextWidth(" 3333"), kBlank + 4 * kDigit);
+
+  std::string narrow = "abc def";
+  int16_t zero = 100;  // 100 − 188.77 is negative: nothing can be measured onto a line
+  WrapText(s, narrow, zero, lines);
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "abc def");  // ends at once and keeps every character
 }
 
 TEST(WrapText, FittingTextKeepsBlanksAndWidthShrinksEachCall) {
@@ -115,24 +122,6 @@ TEST(WrapText, FittingTextKeepsBlanksAndWidthShrinksEachCall) {
   WrapText(s, text, width, lines);
   EXPECT_EQ(width, 3922);  // narrower by one "W" again
   EXPECT_EQ(lines.size(), 1u);
-  EXPECT_NEAR(4300 - 2 * kW, 3922.46, 0.01);
-}
-
-TEST(WrapText, SecondLineWithoutBlankOfItsOwnAndNarrowWidthsEnd) {
-  PreviewSurface s;
-  std::string text = "11 222222222";
-  int16_t width = 789;  // 600
-  std::vector<std::string> lines;
-  WrapText(s, text, width, lines);
-  // "11 222" reaches 611.7, blank at 3: cut 2. The rest " 222222222" starts with the cut blank
-  // (remembered at 1, so no usable blank): " 22222" reaches 611.7 after 6 characters, cut 6.
-  EXPECT_EQ(lines, (std::vector<std::string>{"11", "22222", "2222"}));
-
-  std::string narrow = "abc def";
-  int16_t zero = 100;  // 100 − 188.77 is negative: nothing can be measured onto a line
-  WrapText(s, narrow, zero, lines);
-  ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back(), "abc def");  // ends at once and keeps every character
 }
 
 TEST(WrapText, LongTextsWrapWholly) {

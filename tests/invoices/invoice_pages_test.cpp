@@ -188,18 +188,11 @@ TEST_F(InvoicePages, LineTallerThanAPageIsPrintedOnItsOwnPageAndTheDocumentEnds)
   EXPECT_EQ(PageLabels(pages[3]), std::vector<std::string>{"Page 4"});
 }
 
-TEST_F(InvoicePages, TooManyLinesFailBeforeAnythingIsDrawn) {
-  ClassInvoice goods, expenses;
+TEST_F(InvoicePages, TooManyLinesFailBeforeTheFileIsWritten) {
+  // On a preview, LineLimits checks every collection at 32768 lines; here the printer's file.
+  ClassInvoice goods;
   const auto item = testing::MakeItem("X", "");
-  for (int i = 0; i < 40000; ++i) {
-    goods.AddItem(item);
-    expenses.AddExpense(item);
-  }
-  for (ClassInvoice* invoice : {&goods, &expenses}) {
-    PreviewSurface s;
-    EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintInvoice(s, *invoice, false); }), err::kOverflow);
-    EXPECT_TRUE(s.Ops().empty());
-  }
+  for (int i = 0; i < 40000; ++i) goods.AddItem(item);
   const std::string path = testing::TempDir("invoice-overflow") + "/never.pdf";
   SystemPrinter().SetOutput(PrinterOutput::ForPath(path));
   EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintIt(goods, false); }), err::kOverflow);

@@ -138,21 +138,11 @@ class StatementPage : public StatementLayout {
   std::shared_ptr<ClassStatement> s = testing::SampleStatement(3, 0);
 };
 
-TEST_F(StatementPage, TotalsRowSitsOnThePageLimitInBold) {
-  const DrawOps& ops = Print();
-  const TextOp total = FindText(ops, "Total:");
-  ExpectAt(total, kW - 2 * 3968, kLimit);  // Width − 2 × Int(Width / 3)
-  EXPECT_TRUE(total.bold);
-  const std::pair<std::string, double> amounts[] = {{"2,000.00", 8460}, {"500.00", 9620}, {"1,500.00 ", kW - 1000}};
-  for (const auto& [text, right] : amounts) {
-    const TextOp t = FindText(ops, text);
-    ExpectAt(t, right - Measure(text, 10, true), kLimit);
-    EXPECT_TRUE(t.bold);
-  }
-}
-
-TEST_F(StatementPage, FrameRulesTheGridAndTheBoxesBelowIt) {
-  s->hasBilling = true;
+TEST_F(StatementPage, FrameRulesTheGridAndTheBoxesBelowItThenNotesAndSignatures) {
+  s->hasBilling = true;  // moves the grid's top, not the foot
+  s->CustomerNote1 = "Thank you for your custom";
+  s->CustomerNote3 = "Cheques payable to Quillmoor Trading";
+  s->PrintFooter = true;
   const DrawOps& ops = Print();
   const double top = 12 * L + 3 * L + 6 * L + 2 * L;  // head, date block, billing block, two blank
   EXPECT_TRUE(testing::HasLine(ops, 1000, top, kW - 1000, top));
@@ -167,6 +157,23 @@ TEST_F(StatementPage, FrameRulesTheGridAndTheBoxesBelowIt) {
       {1000, kLimit, kW - 1000, kLimit + 400},          // totals
       {1000, kLimit + 400, kW - 1000, kLimit + 1200}};  // aging
   EXPECT_EQ(testing::Boxes(ops), want);
+
+  // After the aging amounts (size 8) come two empty lines, still at size 8.
+  const double notes_y = kLimit + 2 * L + LineAt(8) + 100 + LineAt(8) + 2 * LineAt(8);
+  const TextOp notes = FindText(ops, "Notes:");
+  ExpectAt(notes, 1000, notes_y);
+  EXPECT_TRUE(notes.bold);
+  EXPECT_EQ(notes.size, 10);
+  ExpectAt(FindText(ops, "Thank you for your custom"), 1000, notes_y + L);
+  ExpectAt(FindText(ops, "Cheques payable to Quillmoor Trading"), 1000, notes_y + 3 * L);
+
+  const double caption_y = notes_y + 4 * L + 2 * L, rule_y = caption_y + L;
+  ExpectAt(FindText(ops, "Customer's Sign"), 1230, caption_y);
+  ExpectAt(FindText(ops, "Cashier's Sign"), 6000, caption_y);
+  const auto lines = testing::Lines(ops);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[lines.size() - 2], (LineOp{1000, rule_y, 1230 + Measure("Customer's Sign") + 460, rule_y}));
+  EXPECT_EQ(lines.back(), (LineOp{5770, rule_y, 6000 + Measure("Cashier's Sign") + 230, rule_y}));
 }
 
 // The x of each aging separator: the lines from top to top + 800 of the aging box.
@@ -187,13 +194,23 @@ void ExpectAgingColumn(const DrawOps& ops, int k, double w, double width, const 
   ExpectAt(FindText(ops, amount), left + std::floor((width - Measure(amount, 8)) / 2), title_y + LineAt(8) + 100);
 }
 
-TEST_F(StatementPage, StandardAgingCentresTitlesAndAmountsWithTheWideFifthColumn) {
+TEST_F(StatementPage, TotalsRowOnThePageLimitThenStandardAgingWithTheWideFifthColumn) {
   s->currentDue = "100.00";
   s->thirtyDaysDue = "200.00";
   s->sixtyDaysDue = "300.00";
   s->nintyDaysDue = "400.00";
   s->overNintyDaysDue = "550.00";  // the totals row holds "500.00"
   const DrawOps& ops = Print();
+  const TextOp total = FindText(ops, "Total:");
+  ExpectAt(total, kW - 2 * 3968, kLimit);  // Width − 2 × Int(Width / 3)
+  EXPECT_TRUE(total.bold);
+  const std::pair<std::string, double> amounts[] = {{"2,000.00", 8460}, {"500.00", 9620}, {"1,500.00 ", kW - 1000}};
+  for (const auto& [text, right] : amounts) {
+    const TextOp t = FindText(ops, text);
+    ExpectAt(t, right - Measure(text, 10, true), kLimit);
+    EXPECT_TRUE(t.bold);
+  }
+
   const double w = 1651;  // Int((11906 − 2000) / 6)
   // Eight separators; the fifth moved 200 right, the sixth to eighth on or past the right edge.
   EXPECT_EQ(AgingSeparators(ops), (std::vector<double>{2651, 4302, 5953, 7604, 9255 + 200, 10906, 12557, 14208}));
@@ -221,29 +238,6 @@ TEST_F(StatementPage, ByMonthAgingPrintsEightHostTitledColumns) {
   ExpectAgingColumn(ops, 0, w, w, "Jan", "1.00");
   ExpectAgingColumn(ops, 7, w, w, "August 2024", "8.00");
   EXPECT_FALSE(HasText(ops, "Current") || HasText(ops, "Amount Due") || HasText(ops, "should not print"));
-}
-
-TEST_F(StatementPage, NotesThenSignatureCaptionsWithTheirRules) {
-  s->CustomerNote1 = "Thank you for your custom";
-  s->CustomerNote3 = "Cheques payable to Quillmoor Trading";
-  s->PrintFooter = true;
-  const DrawOps& ops = Print();
-  // After the aging amounts (size 8) come two empty lines, still at size 8.
-  const double notes_y = kLimit + 2 * L + LineAt(8) + 100 + LineAt(8) + 2 * LineAt(8);
-  const TextOp notes = FindText(ops, "Notes:");
-  ExpectAt(notes, 1000, notes_y);
-  EXPECT_TRUE(notes.bold);
-  EXPECT_EQ(notes.size, 10);
-  ExpectAt(FindText(ops, "Thank you for your custom"), 1000, notes_y + L);
-  ExpectAt(FindText(ops, "Cheques payable to Quillmoor Trading"), 1000, notes_y + 3 * L);
-
-  const double caption_y = notes_y + 4 * L + 2 * L, rule_y = caption_y + L;
-  ExpectAt(FindText(ops, "Customer's Sign"), 1230, caption_y);
-  ExpectAt(FindText(ops, "Cashier's Sign"), 6000, caption_y);
-  const auto lines = testing::Lines(ops);
-  ASSERT_GE(lines.size(), 2u);
-  EXPECT_EQ(lines[lines.size() - 2], (LineOp{1000, rule_y, 1230 + Measure("Customer's Sign") + 460, rule_y}));
-  EXPECT_EQ(lines.back(), (LineOp{5770, rule_y, 6000 + Measure("Cashier's Sign") + 230, rule_y}));
 }
 
 TEST_F(StatementPage, EmptyCustomerCaptionTakesTheCashiersEvenWithoutFooter) {
@@ -276,23 +270,22 @@ TEST_F(StatementPage, PageNumberOnlyWhenThereIsMoreThanOnePageOrAChequeList) {
   EXPECT_FALSE(HasText(flagged.Ops(), "Post-Dated Cheques"));
 }
 
-TEST_F(StatementLayout, PostDatedChequesTitleIsOneLineAndTwoEmptyOnes) {
+TEST_F(StatementLayout, ChequeSectionTitleTakesThreeLinesAndItsHeaderStopsWith438) {
   page.CurrentX(700);
   page.CurrentY(2000);
   printer.PrintPDCChecks(page);
   EXPECT_EQ(testing::Texts(page.Ops()), (std::vector<TextOp>{{700, 2000, "Arial", 10, false, "Post Dated Cheques"}}));
-  EXPECT_DOUBLE_EQ(page.CurrentY(), 2000 + 3 * L);
-}
+  EXPECT_DOUBLE_EQ(page.CurrentY(), 2000 + 3 * L);  // its line and two empty ones
 
-TEST_F(StatementLayout, ChecksHeaderStopsWith438AfterTheFirstLabel) {
-  page.Font().Size(14);
-  page.CurrentY(2500);
-  EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintChecksHeader(page); }), err::kNotSupported);
+  PreviewSurface header;
+  header.Font().Size(14);
+  header.CurrentY(2500);
+  EXPECT_EQ(testing::ErrorNumberOf([&] { printer.PrintChecksHeader(header); }), err::kNotSupported);
   // Int(1500 / 2) + 1000 = 1750 − half the width.
   const TextOp first{1750 - std::floor(Measure("Trans.Date") / 2), 2500, "Arial", 10, false, "Trans.Date"};
-  EXPECT_EQ(testing::Texts(page.Ops()), std::vector<TextOp>{first});
-  EXPECT_TRUE(testing::Lines(page.Ops()).empty());
-  EXPECT_EQ(page.CurrentX(), 3250 - std::floor(Measure("Trans.#") / 2));  // placed, not printed
+  EXPECT_EQ(testing::Texts(header.Ops()), std::vector<TextOp>{first});
+  EXPECT_TRUE(testing::Lines(header.Ops()).empty());
+  EXPECT_EQ(header.CurrentX(), 3250 - std::floor(Measure("Trans.#") / 2));  // placed, not printed
 }
 
 }  // namespace
