@@ -26,7 +26,7 @@ demo: build
 	@$(BUILD)/cli/quorvel demo --out demo-output
 
 # CI (or QUORVEL_SANITIZE_TESTS=1) runs the whole suite once, built with the sanitizers; elsewhere
-# the ordinary build runs it, and make test-sanitize adds the sanitizer run.
+# the ordinary build runs it, and make test-sanitize runs the sanitizer suite on its own.
 test: deps
 	@if [ -n "$$CI" ] || [ "$$QUORVEL_SANITIZE_TESTS" = 1 ]; then \
 	  $(MAKE) --no-print-directory test-sanitize; \
