@@ -1,6 +1,8 @@
 // UTF-8 validation, decoding and encoding (strict: no overlongs, surrogates or values past U+10FFFF).
 #include "foundation/utf8.hpp"
 
+#include <filesystem>
+
 #include "foundation/errors.hpp"
 
 namespace quorvel {
@@ -85,6 +87,16 @@ std::string EncodeUtf8(std::u32string_view text) {
   for (size_t k = 0; k < ascii; ++k) out[k] = static_cast<char>(text[k]);
   for (size_t k = ascii; k < text.size(); ++k) AppendUtf8(out, text[k]);
   return out;
+}
+
+std::string AsciiLowercase(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return text;
+}
+
+std::string LowercaseEnding(const std::string& path) {
+  return AsciiLowercase(std::filesystem::path(path).extension().string());
 }
 
 }  // namespace quorvel

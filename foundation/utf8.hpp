@@ -1,4 +1,5 @@
-// UTF-8 at the interfaces: validation that names the field, and code-point decoding and encoding.
+// UTF-8 at the interfaces: validation that names the field, code-point decoding and encoding, and
+// the ASCII case folding that file endings and registered names compare by.
 #pragma once
 
 #include <string>
@@ -15,6 +16,11 @@ void RequireUtf8(std::string_view text, std::string_view field);
 std::u32string DecodeUtf8(std::string_view text);
 void AppendUtf8(std::string& out, char32_t cp);
 std::string EncodeUtf8(std::u32string_view text);
+
+// ASCII letters in lower case, every other byte as it is.
+std::string AsciiLowercase(std::string text);
+// The ending of a file name with its dot, in lower case: ".pdf" for "Invoice.PDF", "" for none.
+std::string LowercaseEnding(const std::string& path);
 
 // Calls f(code point) for each character of `text`; invalid UTF-8 raises like DecodeUtf8.
 template <class F>

@@ -1,11 +1,11 @@
 // The device registry: the built-in devices registered on first use, lookup by name or ending,
 // and the page loop every device shares.
 #include <algorithm>
-#include <filesystem>
 #include <mutex>
 
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
+#include "foundation/utf8.hpp"
 #include "output/device.hpp"
 
 namespace quorvel {
@@ -52,11 +52,6 @@ void RegisterBuiltInDevices() {
   });
 }
 
-std::string Lowercase(std::string s) {
-  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
-  return s;
-}
-
 const DeviceEntry& EntryNamed(const std::string& name) {
   for (const DeviceEntry& entry : RegisteredDevices())
     if (entry.name == name) return entry;
@@ -84,7 +79,7 @@ PrinterOutput PrinterOutput::ForPath(const std::string& path) {
   PrinterOutput output;
   output.path = path;
   output.device.clear();
-  const std::string ending = Lowercase(std::filesystem::path(path).extension().string());
+  const std::string ending = LowercaseEnding(path);
   std::vector<std::string> endings;
   std::string special;
   for (const DeviceEntry& entry : RegisteredDevices())

@@ -20,11 +20,6 @@ namespace quorvel {
 
 namespace {
 
-std::string Lowercase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-  return text;
-}
-
 std::string MimeTypeOfName(const std::string& name) {
   static const std::array<std::pair<const char*, const char*>, 5> kByEnding{{
       {".xml", "text/xml"},
@@ -33,7 +28,7 @@ std::string MimeTypeOfName(const std::string& name) {
       {".csv", "text/csv"},
       {".txt", "text/plain"},
   }};
-  const std::string ending = Lowercase(std::filesystem::path(name).extension().string());
+  const std::string ending = LowercaseEnding(name);
   for (const auto& [known, type] : kByEnding)
     if (ending == known) return type;
   return "application/octet-stream";
@@ -41,7 +36,7 @@ std::string MimeTypeOfName(const std::string& name) {
 
 // type "/" subtype of the letters RFC 6838 allows in a registered name, in lower case.
 std::string CheckedMimeType(const std::string& given) {
-  const std::string type = Lowercase(given);
+  const std::string type = AsciiLowercase(given);
   const size_t slash = type.find('/');
   const auto allowed = [](unsigned char c) { return std::isalnum(c) || std::strchr("!#$&-^_.+", c); };
   const bool valid = slash != std::string::npos && slash > 0 && slash + 1 < type.size() &&
@@ -57,7 +52,7 @@ std::string CheckedRelationship(const std::string& given) {
   static const std::array<const char*, 8> kKnown{"Source", "Data",     "Alternative", "Supplement",
                                                  "EncryptedPayload", "FormData", "Schema", "Unspecified"};
   for (const char* known : kKnown)
-    if (Lowercase(given) == Lowercase(known)) return known;
+    if (AsciiLowercase(given) == AsciiLowercase(known)) return known;
   Raise(err::kInvalidArgument, "attachment relationship \"" + given +
                                    "\": use Alternative, Data, Source, Supplement or Unspecified");
 }

@@ -4,6 +4,7 @@
 
 #include "foundation/atomic_file.hpp"
 #include "foundation/errors.hpp"
+#include "foundation/utf8.hpp"
 #include "output/cairo_painter.hpp"
 #include "output/device.hpp"
 
@@ -12,9 +13,7 @@ namespace quorvel {
 namespace {
 
 std::string PngStem(const std::string& path) {
-  std::string ending = std::filesystem::path(path).extension().string();
-  std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
-  return ending == ".png" ? path.substr(0, path.size() - 4) : path;
+  return LowercaseEnding(path) == ".png" ? path.substr(0, path.size() - 4) : path;
 }
 
 // Each page is rendered to a temporary file; all are renamed together when the document ends,

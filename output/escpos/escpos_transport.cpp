@@ -11,12 +11,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 
 #include "foundation/errors.hpp"
+#include "foundation/utf8.hpp"
 #include "print_queue/cups_job.hpp"
 
 namespace quorvel::escpos {
@@ -176,9 +176,7 @@ Destination ParseDestination(const std::string& text) {
     destination.kind = Destination::Kind::Queue;
     destination.queue = text.substr(7);
   } else {
-    std::string ending = text.size() > 7 ? text.substr(text.size() - 7) : "";
-    std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
-    const bool file = ending == ".escpos";
+    const bool file = LowercaseEnding(text) == ".escpos";
     destination.kind = file ? Destination::Kind::File : Destination::Kind::DeviceNode;
     destination.path = text;
   }
