@@ -36,7 +36,6 @@ class AtomicFile {
   void Commit();
 
   const std::string& Path() const { return path_; }
-  const std::string& TempPath() const { return temp_path_; }
 
  private:
   void FlushBuffer();

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "foundation/draw_ops.hpp"
-#include "foundation/surface.hpp"
+#include "foundation/font_metrics.hpp"
 #include "output/device.hpp"
 
 namespace quorvel {
@@ -41,21 +41,6 @@ class CairoPainter {
 // Sets up `cr` for a page of `width` twips drawn at `scale` device units per twip: white
 // background and twips user space.
 void BeginTwipsPage(cairo_t* cr, double scale, double width, double height);
-
-// A surface that draws each op straight into a cairo context (no recording).
-class CairoSurface : public Surface {
- public:
-  CairoSurface(cairo_t* cr, double width, double height) : painter_(cr), width_(width), height_(height) {}
-  double Width() const override { return width_; }
-  double Height() const override { return height_; }
-
- protected:
-  void Emit(DrawOp op) override { painter_.Paint(op); }
-
- private:
-  CairoPainter painter_;
-  double width_, height_;
-};
 
 class AtomicFile;
 

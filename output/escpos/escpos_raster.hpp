@@ -16,9 +16,6 @@ struct Raster {
   std::vector<uint8_t> bits;
 
   int BytesPerRow() const { return width / 8; }
-  bool Black(int x, int y) const {
-    return (bits[static_cast<size_t>(y) * BytesPerRow() + x / 8] >> (7 - x % 8)) & 1;
-  }
 };
 
 // A pixel of the grey rendering prints when its luminance (0..255) is below this: text edges

@@ -1,13 +1,10 @@
-// The printer surface: real PDF/PNG/SVG/ops files, whole or not at all; replay equals direct drawing.
+// The printer surface: real PDF/PNG/SVG/ops files, whole or not at all.
 #include <gtest/gtest.h>
-
-#include <cairo.h>
 
 #include <filesystem>
 #include <fstream>
 
 #include "foundation/atomic_file.hpp"
-#include "output/cairo_painter.hpp"
 #include "foundation/company_info.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/printer_surface.hpp"
@@ -121,34 +118,6 @@ TEST_F(PrinterSurfaceTest, RollPaperIsCutToWhatWasPrinted) {
   const std::string info = RunCommand("pdfinfo " + dir_ + "/slip.pdf");
   EXPECT_NE(info.find("226.75 x 91.9922 pts"), std::string::npos) << info;
   printer().SetPaper(Paper::A4());
-}
-
-TEST(Replay, DirectDrawingAndRecordThenReplayGiveTheSamePixels) {
-  ModuleCompanyInfo::Profile() = CompanyProfile{};
-  ClassCompanyInfo().SetCompanyInfo("Replay Check Ltd", "1 Long Road", "", "", "", "", "555", "", "", "", "", "");
-  auto render = [](auto draw) {
-    cairo_surface_t* image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 794, 1123);
-    cairo_t* cr = cairo_create(image);
-    BeginTwipsPage(cr, 96.0 / 1440, 11906, 16838);
-    draw(cr);
-    cairo_destroy(cr);
-    cairo_surface_flush(image);
-    const int stride = cairo_image_surface_get_stride(image);
-    std::string pixels(reinterpret_cast<char*>(cairo_image_surface_get_data(image)), stride * 1123);
-    cairo_surface_destroy(image);
-    return pixels;
-  };
-  const std::string direct = render([](cairo_t* cr) {
-    CairoSurface s(cr, 11906, 16838);
-    DrawLetterheadPages(s, 1);
-    s.Line(20, 1000, 8000, 5000, 9000, 0);
-  });
-  PreviewSurface recorded;
-  DrawLetterheadPages(recorded, 1);
-  recorded.Line(20, 1000, 8000, 5000, 9000, 0);
-  const std::string replayed = render([&](cairo_t* cr) { CairoPainter(cr).PaintAll(recorded.Ops()); });
-  EXPECT_EQ(direct, replayed);
-  EXPECT_NE(direct, render([](cairo_t*) {}));  // something was drawn at all
 }
 
 }  // namespace
