@@ -213,7 +213,8 @@ void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::
     // looking back.
     const size_t longest = std::min<size_t>(remaining, 32766);
     const size_t reach = widths.Monotonic() && width > 0 ? widths.FirstReaching(offset, longest, width) : 0;
-    if (reach >= 1 && reach <= longest) {
+    const bool reached = reach >= 1 && reach <= longest;
+    if (reached) {
       line_length = reach;
       i = static_cast<int16_t>(reach + 1);
       for (size_t k = reach; k >= 1; --k)
@@ -222,7 +223,7 @@ void WrapText(Surface& obj, std::string& text, int16_t& width, std::vector<std::
           break;
         }
     }
-    while (reach == 0 || reach > longest ? width_of(offset, offset + line_length) < width : false) {
+    while (!reached && width_of(offset, offset + line_length) < width) {
       if (i >= 1 && static_cast<size_t>(i) <= remaining) {
         line_length = static_cast<size_t>(i);
         if (whole[offset + line_length - 1] == U' ') last_blank = i;
